@@ -1,0 +1,23 @@
+# What every target of this project is compiled with. Warnings stay private to the project.
+
+set(RQXML_SANITIZE_FLAGS "")
+if(RQXML_SANITIZE)
+  set(RQXML_SANITIZE_FLAGS -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+endif()
+
+function(rqxml_configure target)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  if(RQXML_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(RQXML_SANITIZE_FLAGS)
+    target_compile_options(${target} PRIVATE ${RQXML_SANITIZE_FLAGS})
+    target_link_options(${target} PRIVATE ${RQXML_SANITIZE_FLAGS})
+  endif()
+endfunction()
