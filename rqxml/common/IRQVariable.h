@@ -24,9 +24,9 @@ class RQ_API IRQVariable {
 
   /// How the values of a frequency weight become whole numbers.
   enum WRoundingOption : int {
-    RoundingNone = 0,     ///< weights stay as they are
-    RoundingTruncate = 1, ///< the fraction is cut off
-    RoundingNearest = 2   ///< to the nearest whole number; what the readers of this project ask for
+    RoundingNone = 0,      ///< weights stay as they are
+    RoundingTruncate = 1,  ///< the fraction is cut off
+    RoundingNearest = 2    ///< to the nearest whole number; what the readers of this project ask for
   };
 
   virtual ~IRQVariable();
