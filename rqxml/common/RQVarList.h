@@ -68,13 +68,13 @@ class RQ_API RQVarList {
 
  private:
   template <typename Value>
-  int AddCategorical(const std::string& name, const std::string& label, const std::vector<Value>& values,
-                     const std::vector<std::string>* labels, Role role);
-  static std::unique_ptr<RQVariable> Make(RQVariable::Kind kind, const std::string& name, const std::string& label,
-                                          Role role);
-  int Keep(std::unique_ptr<RQVariable> variable);
-  bool Accepts(const std::string& name) const;
-  RQVariable* Find(int index) const;
+  RQ_LOCAL int AddCategorical(const std::string& name, const std::string& label, const std::vector<Value>& values,
+                              const std::vector<std::string>* labels, Role role);
+  RQ_LOCAL static std::unique_ptr<RQVariable> Make(RQVariable::Kind kind, const std::string& name,
+                                                   const std::string& label, Role role);
+  RQ_LOCAL int Keep(std::unique_ptr<RQVariable> variable);
+  RQ_LOCAL bool Accepts(const std::string& name) const;
+  RQ_LOCAL RQVariable* Find(int index) const;
 
   std::vector<std::unique_ptr<RQVariable>> fVariables;
   std::unordered_set<std::string_view> fNames;  // views of the variables' own names

@@ -115,10 +115,10 @@ class RQ_API RQVariable final : public IRQVariable {
 
  private:
   friend class RQVarList;
-  RQVariable(Kind kind, const std::string& name, const std::string& label, VariableRole role);
-  void SetRange(double minimum, double maximum);
-  void SetValues(const std::vector<double>& values);
-  void SetValues(const std::vector<std::string>& values);
+  RQ_LOCAL RQVariable(Kind kind, const std::string& name, const std::string& label, VariableRole role);
+  RQ_LOCAL void SetRange(double minimum, double maximum);
+  RQ_LOCAL void SetValues(const std::vector<double>& values);
+  RQ_LOCAL void SetValues(const std::vector<std::string>& values);
 
   std::string fName;
   std::string fLabel;
