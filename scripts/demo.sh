@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Sets the machine up, builds the tool and shows what it does with the documents in examples/.
+#
+# usage: scripts/demo.sh
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+scripts/setup.sh
+cmake --preset release
+cmake --build --preset release --target rqxml_tool
+
+rqxml="build-release/tools/rqxml/rqxml"
+
+# Prints a command as one would type it, then runs it.
+show() {
+  printf '\n$ rqxml'
+  printf ' %q' "$@"
+  printf '\n'
+  "$rqxml" "$@"
+}
+
+for document in examples/*.pmml; do
+  show vars "$document"
+done
