@@ -53,9 +53,12 @@ RQUniStats::RQUniStats(const std::string& name, double totalFrequency, const Sum
 
 RQUniStats::RQUniStats(const RQUniStats&) = default;
 RQUniStats::RQUniStats(RQUniStats&&) noexcept = default;
-RQUniStats& RQUniStats::operator=(const RQUniStats&) = default;
 RQUniStats& RQUniStats::operator=(RQUniStats&&) noexcept = default;
 RQUniStats::~RQUniStats() = default;
+
+RQUniStats& RQUniStats::operator=(const RQUniStats& other) {
+  return *this = RQUniStats(other);  // the old value survives when memory runs out
+}
 
 bool RQUniStats::IsValid() const {
   if (fName.empty() || !IsCount(fTotalFrequency)) return false;

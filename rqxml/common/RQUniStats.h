@@ -31,7 +31,8 @@ class RQ_API RQUniStats {
              const std::vector<double>& cutPoints, const std::vector<double>& frequencies);
   RQUniStats(const RQUniStats&);
   RQUniStats(RQUniStats&&) noexcept;
-  RQUniStats& operator=(const RQUniStats&);
+  /// Copies everything, or throws std::bad_alloc and leaves the object as it was.
+  RQUniStats& operator=(const RQUniStats& other);
   RQUniStats& operator=(RQUniStats&&) noexcept;
   ~RQUniStats();
 
@@ -39,7 +40,8 @@ class RQ_API RQUniStats {
   /// negative; frequencies that are finite and not negative; for continuous statistics also a standard deviation
   /// that is missing or not negative, a minimum not above the maximum where both are given, no cut points and no
   /// frequencies or exactly one cut point more than frequencies, and ascending cut points of which only the first
-  /// and the last may be missing.
+  /// and the last may be missing. Cut points ascend strictly; a number that is not one (NaN) is never consistent, an
+  /// infinite margin is.
   bool IsValid() const;
   /// True for statistics of a continuous field.
   bool IsContinuous() const { return fContinuous; }

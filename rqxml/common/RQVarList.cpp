@@ -5,9 +5,13 @@
 #include <cstddef>
 #include <utility>
 
+#include "rqxml/common/RQNameIndex.h"
+
 namespace RQMTD_NAMESPACE {
 
 namespace {
+
+using Kind = RQVariable::Kind;
 
 constexpr int kRefused = -1;
 constexpr std::size_t kFirstCapacity = 16;
@@ -23,7 +27,13 @@ bool DoAscend(const std::vector<double>& cutPoints) {
 
 }  // namespace
 
-RQVarList::RQVarList() = default;
+struct RQVarList::Contents {
+  std::vector<std::unique_ptr<RQVariable>> variables;
+  RQNameIndex names;
+  bool hasWeight = false;
+};
+
+RQVarList::RQVarList() : fContents(std::make_unique<Contents>()) {}
 RQVarList::~RQVarList() = default;
 
 int RQVarList::AddCatVar(const std::string& name, const std::string& label, const std::vector<double>& values,
@@ -48,13 +58,13 @@ int RQVarList::AddCatVar(const std::string& name, const std::string& label, cons
 
 int RQVarList::AddContVar(const std::string& name, const std::string& label, Role role) {
   if (!Accepts(name)) return kRefused;
-  return Keep(Make(RQVariable::Kind::Continuous, name, label, role));
+  return Keep(RQVariable::Make(Kind::Continuous, name, label, role));
 }
 
 int RQVarList::AddContVar(const std::string& name, const std::string& label, double minimum, double maximum,
                           const std::vector<double>& cutPoints, bool flag, Role role) {
   if (!Accepts(name) || !IsRange(minimum, maximum) || !DoAscend(cutPoints)) return kRefused;
-  auto variable = Make(RQVariable::Kind::Continuous, name, label, role);
+  auto variable = RQVariable::Make(Kind::Continuous, name, label, role);
   variable->SetRange(minimum, maximum);
   variable->fCutPoints = cutPoints;
   variable->fFlag = flag;
@@ -64,7 +74,7 @@ int RQVarList::AddContVar(const std::string& name, const std::string& label, dou
 int RQVarList::AddContVar(const std::string& name, const std::string& label, double minimum, double maximum, Role role,
                           bool flag, int count) {
   if (!Accepts(name) || !IsRange(minimum, maximum)) return kRefused;
-  auto variable = Make(RQVariable::Kind::Continuous, name, label, role);
+  auto variable = RQVariable::Make(Kind::Continuous, name, label, role);
   variable->SetRange(minimum, maximum);
   variable->fFlag = flag;
   variable->fCount = count;
@@ -72,11 +82,11 @@ int RQVarList::AddContVar(const std::string& name, const std::string& label, dou
 }
 
 int RQVarList::SetWeightVar(const std::string& name, const std::string& label, IRQVariable::WRoundingOption rounding) {
-  if (fHasWeight || !Accepts(name)) return kRefused;
-  auto variable = Make(RQVariable::Kind::Weight, name, label, IRQVariable::RoleFrequencyWeight);
+  if (fContents->hasWeight || !Accepts(name)) return kRefused;
+  auto variable = RQVariable::Make(Kind::Weight, name, label, IRQVariable::RoleFrequencyWeight);
   variable->fRounding = rounding;
   const int index = Keep(std::move(variable));
-  fHasWeight = true;
+  fContents->hasWeight = true;
   return index;
 }
 
@@ -89,7 +99,7 @@ IRQEncoder* RQVarList::GetEncoderAt(int index) {
   return variable == nullptr ? nullptr : &variable->fEncoder;
 }
 
-int RQVarList::Size() const { return static_cast<int>(fVariables.size()); }
+int RQVarList::Size() const { return static_cast<int>(fContents->variables.size()); }
 
 const RQVariable* RQVarList::GetVariable(int index) const { return Find(index); }
 
@@ -98,31 +108,33 @@ int RQVarList::AddCategorical(const std::string& name, const std::string& label,
                               const std::vector<std::string>* labels, Role role) {
   if (!Accepts(name)) return kRefused;
   if (labels != nullptr && labels->size() != values.size()) return kRefused;
-  auto variable = Make(RQVariable::Kind::Categorical, name, label, role);
+  auto variable = RQVariable::Make(Kind::Categorical, name, label, role);
   variable->SetValues(values);
   if (labels != nullptr) variable->fLabels = *labels;
   return Keep(std::move(variable));
 }
 
-std::unique_ptr<RQVariable> RQVarList::Make(RQVariable::Kind kind, const std::string& name, const std::string& label,
-                                            Role role) {
-  return std::unique_ptr<RQVariable>(new RQVariable(kind, name, label, role));  // the constructor is private
-}
-
-// Takes the one step that cannot fail last, so that a variable is in both members or in none.
+// Takes the steps that cannot fail last, so that a variable is in both members or in none.
 int RQVarList::Keep(std::unique_ptr<RQVariable> variable) {
-  if (fVariables.size() == fVariables.capacity()) fVariables.reserve(std::max(kFirstCapacity, 2 * fVariables.size()));
-  fNames.insert(variable->fName);
-  fVariables.push_back(std::move(variable));
-  return static_cast<int>(fVariables.size()) - 1;
+  auto& variables = fContents->variables;
+  const std::size_t position = variables.size();
+  if (position == variables.capacity()) variables.reserve(std::max(kFirstCapacity, 2 * position));
+  fContents->names.ReserveOne();
+  fContents->names.Insert(variable->fName, position);
+  variables.push_back(std::move(variable));
+  return static_cast<int>(position);
 }
 
-bool RQVarList::Accepts(const std::string& name) const { return !name.empty() && fNames.count(name) == 0; }
+bool RQVarList::Accepts(const std::string& name) const {
+  const auto& variables = fContents->variables;
+  const auto nameAt = [&variables](std::size_t position) -> const std::string& { return variables[position]->fName; };
+  return !name.empty() && !fContents->names.Contains(name, nameAt);
+}
 
 RQVariable* RQVarList::Find(int index) const {
   if (index < 0) return nullptr;
   const auto position = static_cast<std::size_t>(index);
-  return position < fVariables.size() ? fVariables[position].get() : nullptr;
+  return position < fContents->variables.size() ? fContents->variables[position].get() : nullptr;
 }
 
 }  // namespace RQMTD_NAMESPACE

@@ -3,8 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "rqxml/common/IRQEncoder.h"
@@ -70,15 +68,12 @@ class RQ_API RQVarList {
   template <typename Value>
   RQ_LOCAL int AddCategorical(const std::string& name, const std::string& label, const std::vector<Value>& values,
                               const std::vector<std::string>* labels, Role role);
-  RQ_LOCAL static std::unique_ptr<RQVariable> Make(RQVariable::Kind kind, const std::string& name,
-                                                   const std::string& label, Role role);
   RQ_LOCAL int Keep(std::unique_ptr<RQVariable> variable);
   RQ_LOCAL bool Accepts(const std::string& name) const;
   RQ_LOCAL RQVariable* Find(int index) const;
 
-  std::vector<std::unique_ptr<RQVariable>> fVariables;
-  std::unordered_set<std::string_view> fNames;  // views of the variables' own names
-  bool fHasWeight = false;
+  struct Contents;
+  std::unique_ptr<Contents> fContents;
 };
 
 }  // namespace RQMTD_NAMESPACE

@@ -23,23 +23,63 @@ bool IsWholeNumber(double value) {
 
 }  // namespace
 
+struct RQEncoder::Contents {
+  std::vector<std::string> binLabels;
+  std::vector<NumMissingValue> numMissing;
+  std::vector<StrMissingValue> strMissing;
+  double invalidLower = 0;
+  double invalidUpper = 0;
+  bool hasInvalidRange = false;
+};
+
+RQEncoder::RQEncoder() = default;
 RQEncoder::~RQEncoder() = default;
 
 void RQEncoder::SetBinLabels(const std::vector<std::string>& labels) {
   std::vector<std::string> copy(labels);  // the old labels survive when memory runs out
-  fBinLabels.swap(copy);
+  Told().binLabels.swap(copy);
 }
 
-void RQEncoder::AddNumMissingValue(double value, const std::string& label) { fNumMissing.emplace_back(value, label); }
+void RQEncoder::AddNumMissingValue(double value, const std::string& label) {
+  Told().numMissing.emplace_back(value, label);
+}
 
 void RQEncoder::AddStrMissingValue(const std::string& value, const std::string& label) {
-  fStrMissing.emplace_back(value, label);
+  Told().strMissing.emplace_back(value, label);
 }
 
 void RQEncoder::SetInvalidRange(double lower, double upper) {
-  fInvalidLower = lower;
-  fInvalidUpper = upper;
-  fHasInvalidRange = true;
+  Contents& contents = Told();
+  contents.invalidLower = lower;
+  contents.invalidUpper = upper;
+  contents.hasInvalidRange = true;
+}
+
+const std::vector<std::string>& RQEncoder::GetBinLabels() const { return Told().binLabels; }
+
+const std::vector<RQEncoder::NumMissingValue>& RQEncoder::GetNumMissingValues() const { return Told().numMissing; }
+
+const std::vector<RQEncoder::StrMissingValue>& RQEncoder::GetStrMissingValues() const { return Told().strMissing; }
+
+bool RQEncoder::HasInvalidRange() const { return Told().hasInvalidRange; }
+
+double RQEncoder::GetInvalidLower() const { return Told().invalidLower; }
+
+double RQEncoder::GetInvalidUpper() const { return Told().invalidUpper; }
+
+RQEncoder::Contents& RQEncoder::Told() {
+  if (!fContents) fContents = std::make_unique<Contents>();
+  return *fContents;
+}
+
+const RQEncoder::Contents& RQEncoder::Told() const {
+  static const Contents kNothing;
+  return fContents ? *fContents : kNothing;
+}
+
+std::unique_ptr<RQVariable> RQVariable::Make(Kind kind, const std::string& name, const std::string& label,
+                                             VariableRole role) {
+  return std::unique_ptr<RQVariable>(new RQVariable(kind, name, label, role));  // the constructor is private
 }
 
 RQVariable::RQVariable(Kind kind, const std::string& name, const std::string& label, VariableRole role)

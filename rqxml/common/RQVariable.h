@@ -1,6 +1,7 @@
 #ifndef RQXML_COMMON_RQVARIABLE_H
 #define RQXML_COMMON_RQVARIABLE_H
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +15,9 @@ namespace RQMTD_NAMESPACE {
 class RQVarList;
 
 /// The reference encoder: keeps what it is told and hands it out again.
+///
+/// An operation that throws std::bad_alloc has changed nothing. References that it hands out are valid until the next
+/// operation that changes the encoder.
 class RQ_API RQEncoder final : public IRQEncoder {
  public:
   /// A missing number with its label.
@@ -21,7 +25,7 @@ class RQ_API RQEncoder final : public IRQEncoder {
   /// A missing text with its label.
   using StrMissingValue = std::pair<std::string, std::string>;
 
-  RQEncoder() = default;
+  RQEncoder();
   ~RQEncoder() override;
   RQEncoder(const RQEncoder&) = delete;
   RQEncoder& operator=(const RQEncoder&) = delete;
@@ -32,25 +36,24 @@ class RQ_API RQEncoder final : public IRQEncoder {
   void SetInvalidRange(double lower, double upper) override;
 
   /// The labels last given to SetBinLabels; empty before.
-  const std::vector<std::string>& GetBinLabels() const { return fBinLabels; }
+  const std::vector<std::string>& GetBinLabels() const;
   /// The missing numbers in the order in which they were added.
-  const std::vector<NumMissingValue>& GetNumMissingValues() const { return fNumMissing; }
+  const std::vector<NumMissingValue>& GetNumMissingValues() const;
   /// The missing texts in the order in which they were added.
-  const std::vector<StrMissingValue>& GetStrMissingValues() const { return fStrMissing; }
+  const std::vector<StrMissingValue>& GetStrMissingValues() const;
   /// True once an invalid range was set.
-  bool HasInvalidRange() const { return fHasInvalidRange; }
+  bool HasInvalidRange() const;
   /// Lower end of the invalid range; 0 when there is none.
-  double GetInvalidLower() const { return fInvalidLower; }
+  double GetInvalidLower() const;
   /// Upper end of the invalid range; 0 when there is none.
-  double GetInvalidUpper() const { return fInvalidUpper; }
+  double GetInvalidUpper() const;
 
  private:
-  std::vector<std::string> fBinLabels;
-  std::vector<NumMissingValue> fNumMissing;
-  std::vector<StrMissingValue> fStrMissing;
-  double fInvalidLower = 0;
-  double fInvalidUpper = 0;
-  bool fHasInvalidRange = false;
+  struct Contents;
+  RQ_LOCAL Contents& Told();
+  RQ_LOCAL const Contents& Told() const;
+
+  std::unique_ptr<Contents> fContents;  // made when the encoder is told something; most never are
 };
 
 /// The reference variable: everything that RQVarList was told about it can be read back here.
@@ -75,7 +78,7 @@ class RQ_API RQVariable final : public IRQVariable {
   std::string GetLabel() const override;
   int GetNumCategories() const override;
   /// 1 when the storage type is integer (1), or when no storage type was set and the variable has numeric
-  /// categories which are all whole numbers; else 0.
+  /// categories which are all whole numbers (the system-missing value is none); else 0.
   int GetIntegerIndicator() const override;
   /// A string category as it is, a numeric one as RQXML_NAMESPACE::Format writes it; empty when there is no such
   /// category.
@@ -115,6 +118,8 @@ class RQ_API RQVariable final : public IRQVariable {
 
  private:
   friend class RQVarList;
+  RQ_LOCAL static std::unique_ptr<RQVariable> Make(Kind kind, const std::string& name, const std::string& label,
+                                                   VariableRole role);
   RQ_LOCAL RQVariable(Kind kind, const std::string& name, const std::string& label, VariableRole role);
   RQ_LOCAL void SetRange(double minimum, double maximum);
   RQ_LOCAL void SetValues(const std::vector<double>& values);
