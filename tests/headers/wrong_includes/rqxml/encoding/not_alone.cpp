@@ -1,0 +1,1 @@
+#include "rqxml/common/Public.h"

@@ -1,0 +1,2 @@
+#include <xercesc/dom/DOM.hpp>
+#include "rqxml/common/internal.h"

@@ -1,0 +1,2 @@
+#include "rqxml/common/Public.h"
+#include "rqxml/common/internal.h"
