@@ -40,8 +40,8 @@ class RQ_API RQUniStats {
   /// negative; frequencies that are finite and not negative; for continuous statistics also a standard deviation
   /// that is missing or not negative, a minimum not above the maximum where both are given, no cut points and no
   /// frequencies or exactly one cut point more than frequencies, and ascending cut points of which only the first
-  /// and the last may be missing. Cut points ascend strictly; a number that is not one (NaN) is never consistent, an
-  /// infinite margin is.
+  /// and the last may be missing. Cut points ascend strictly; they may be infinite. NaN
+  /// fails every comparison.
   bool IsValid() const;
   /// True for statistics of a continuous field.
   bool IsContinuous() const { return fContinuous; }

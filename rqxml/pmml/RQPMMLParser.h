@@ -76,14 +76,21 @@ class RQ_API RQPMMLParser {
   bool SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,
                           std::vector<std::string>& labels) const;
 
-  RQCommon::RQStatus fStatus;               ///< outcome of construction and of the last parse
-  std::unique_ptr<RQXDomParser> fParser;    ///< null when the XML library could not be started
-  std::string fMessage;                     ///< text of the exception that the last parse caught
-  xercesc::DOMDocument* fDocument = nullptr;               ///< owned by the parser
-  const xercesc::DOMElement* fRootElement = nullptr;       ///< "PMML"
-  const xercesc::DOMElement* fDataDictionary = nullptr;    ///< "DataDictionary"
-  const xercesc::DOMElement* fTransDictionary = nullptr;   ///< "TransformationDictionary", may be absent
-  const xercesc::DOMElement* fModelElement = nullptr;      ///< chosen by SetModelElmt
+  /// What every operation that reads the document starts from: the kept status, or 107 without a document.
+  RQCommon::RQStatus GetReadiness() const;
+
+  RQCommon::RQStatus fStatus;                             ///< outcome of construction and of the last parse
+  std::unique_ptr<RQXDomParser> fParser;                  ///< null when the XML library could not be started
+  std::string fMessage;                                   ///< text of the exception that the last parse caught
+  xercesc::DOMDocument* fDocument = nullptr;              ///< owned by the parser
+  const xercesc::DOMElement* fRootElement = nullptr;      ///< "PMML"
+  const xercesc::DOMElement* fDataDictionary = nullptr;   ///< "DataDictionary"
+  const xercesc::DOMElement* fTransDictionary = nullptr;  ///< "TransformationDictionary", may be absent
+  const xercesc::DOMElement* fModelElement = nullptr;     ///< chosen by SetModelElmt
+
+ private:
+  RQCommon::RQStatus FindElements();
+  void ForgetDocument();
 };
 
 }  // namespace RQXPrsUtil

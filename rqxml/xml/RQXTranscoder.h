@@ -26,12 +26,14 @@ class RQ_API RQXTranscoder {
   /// True when the encoding is served.
   bool isValid() const;
 
-  /// Converts zero-terminated 8-bit text (not null) to UTF-16 units, always followed by one zero unit. Input that
-  /// is malformed or ends inside a character gives the zero unit alone, as does an object that is not valid.
+  /// Converts zero-terminated 8-bit text (not null) to UTF-16 units, always followed by one zero unit. Input that the
+  /// XML library refuses, or on which it cannot get on (a UTF-8 text that ends inside a character), gives the zero
+  /// unit alone, as does an object that is not valid.
   std::vector<XMLCh> TranscodeFrom(const char* source) const;
 
-  /// Converts zero-terminated UTF-16 text (null counts as empty) to 8-bit text. Input that is malformed or has a
-  /// character which the encoding lacks gives an empty string, as does an object that is not valid.
+  /// Converts zero-terminated UTF-16 text (null counts as empty) to 8-bit text. Input that has a character which the
+  /// encoding lacks, or on which the XML library cannot get on (a high surrogate at the end), gives an empty string,
+  /// as does an object that is not valid.
   std::string TranscodeTo(const XMLCh* source) const;
 
  private:

@@ -1,0 +1,49 @@
+#ifndef RQXML_XML_RQXDOMWALK_H
+#define RQXML_XML_RQXDOMWALK_H
+
+/// @file
+/// Walking a DOM tree by names that are UTF-16 already: the same searches as in RQXMLUtil.h without any conversion.
+
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "rqxml/xml/RQXText.h"
+
+namespace RQXPrsUtil {
+
+/// The first of `node` and its following siblings that is an element and fits; null when there is none.
+template <class Fits>
+const xercesc::DOMElement* FindElement(const xercesc::DOMNode* node, Fits fits) {
+  for (; node; node = node->getNextSibling()) {
+    if (node->getNodeType() != xercesc::DOMNode::ELEMENT_NODE) continue;
+    const auto& element = static_cast<const xercesc::DOMElement&>(*node);
+    if (fits(element)) return &element;
+  }
+  return nullptr;
+}
+
+/// True for an element of that tag name.
+inline bool HasTag(const xercesc::DOMElement& element, const XMLCh* tagName) {
+  return XStrEquals(element.getTagName(), tagName);
+}
+
+/// The first child element of that tag name, or null.
+inline const xercesc::DOMElement* FirstChild(const xercesc::DOMNode& node, const XMLCh* tagName) {
+  return FindElement(node.getFirstChild(), [=](const auto& element) { return HasTag(element, tagName); });
+}
+
+/// The first following sibling element of that tag name, or null.
+inline const xercesc::DOMElement* NextSibling(const xercesc::DOMNode& node, const XMLCh* tagName) {
+  return FindElement(node.getNextSibling(), [=](const auto& element) { return HasTag(element, tagName); });
+}
+
+/// The attribute's value, or null when the element has no such attribute.
+inline const XMLCh* AttributeOf(const xercesc::DOMElement& element, const XMLCh* name) {
+  const xercesc::DOMAttr* const attribute = element.getAttributeNode(name);
+  return attribute ? attribute->getValue() : nullptr;
+}
+
+}  // namespace RQXPrsUtil
+
+#endif

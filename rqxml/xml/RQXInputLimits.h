@@ -1,0 +1,57 @@
+#ifndef RQXML_XML_RQXINPUTLIMITS_H
+#define RQXML_XML_RQXINPUTLIMITS_H
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+#include <unordered_set>
+#include <xercesc/util/XercesDefs.hpp>
+
+namespace RQXPrsUtil {
+
+/// Keeps an eye on what makes the XML library slow out of proportion: many different names.
+///
+/// Its name tables have a fixed size, and names with one hash are easy to find, so that n different names cost time in
+/// proportion to n * n: one megabyte of them takes half a minute. The documents that this library is for have a few
+/// hundred. Each of these operations is false once a document goes beyond what is bearable.
+class RQXInputLimits {
+ public:
+  /// How many different element names, different attribute names, and attributes of one element are bearable.
+  static constexpr std::size_t kMostNames = 10'000;
+  /// How many attributes one start tag may have before the scanner has even finished reading it.
+  static constexpr std::size_t kMostInOneTag = 2 * kMostNames;
+
+  /// A new document starts.
+  void Restart();
+
+  /// `number` counts the different element names so far.
+  static bool AdmitsElement(std::size_t number, std::size_t attributeCount) {
+    return number <= kMostNames && attributeCount <= kMostNames;
+  }
+
+  /// `pooledName` is the name's one copy in the document's name pool.
+  bool AdmitsAttribute(const XMLCh* pooledName) {
+    const XMLCh*& recent = fRecent[(reinterpret_cast<std::size_t>(pooledName) >> 4) % fRecent.size()];
+    if (recent == pooledName) return true;
+    recent = pooledName;
+    return fNames.size() < kMostNames ? (fNames.insert(pooledName), true) : fNames.count(pooledName) > 0;
+  }
+
+  /// The next bytes of the input. Follows a start tag that spans whole reads, as only one with very many attributes
+  /// or very long ones does; the scanner compares its attributes with each other before it reports any.
+  bool AdmitsBytes(std::string_view bytes);
+
+ private:
+  enum class Place { Elsewhere, Opened, InTag };
+  void Follow(std::string_view bytes);
+
+  std::array<const XMLCh*, 64> fRecent{};
+  std::unordered_set<const XMLCh*> fNames;
+  Place fPlace = Place::Elsewhere;
+  char fQuote = 0;
+  std::size_t fAttributes = 0;
+};
+
+}  // namespace RQXPrsUtil
+
+#endif
