@@ -49,7 +49,7 @@ constexpr RQXFieldDialect kDataFieldDialect{u"displayName", u"dataType", kDataTy
 
 }  // namespace
 
-RQPMMLParser::RQPMMLParser() : fStatus(StartParser(fParser)) {}
+RQPMMLParser::RQPMMLParser() { fStatus = StartParser(fParser); }
 
 RQPMMLParser::~RQPMMLParser() { StopParser(fParser); }
 
