@@ -108,10 +108,9 @@ void RQXDomParser::Fail(const XMLCh* message) {
   fInputMessage = ToUTF8(message);
 }
 
-void RQXDomParser::error(const unsigned int code, const XMLCh* const domain, const ErrTypes type,
+void RQXDomParser::error(const unsigned int /*code*/, const XMLCh* const domain, const ErrTypes type,
                          const XMLCh* const text, const XMLCh* const systemId, const XMLCh* const publicId,
                          const XMLFileLoc line, const XMLFileLoc column) {
-  XercesDOMParser::error(code, domain, type, text, systemId, publicId, line, column);
   if (type != ErrType_Fatal) return;
   if (xercesc::XMLString::equals(domain, xercesc::XMLUni::fgExceptDomain)) return Fail(text);
   throw xercesc::SAXParseException(text, publicId, systemId, line, column, getMemoryManager());
