@@ -14,8 +14,8 @@ namespace RQXML_NAMESPACE {
 
 namespace {
 
-// The longest text is 26 characters: 24 of the shortest conversion ("-2.2250738585072014e-308" and the like), and
-// ".0" where the flag asks for it.
+// The longest text is 25 characters: 22 plain digits (the shortest conversion turns to an exponent beyond) with a sign
+// and the ".0" of the flag. One with an exponent has at most 24: "-2.2250738585072014e-308".
 constexpr std::size_t kCapacity = 32;
 using Digits = std::array<char, kCapacity>;
 

@@ -1,0 +1,65 @@
+#include "rqxml/common/RQNameIndex.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace {
+
+using RQMTD_NAMESPACE::RQNameIndex;
+
+class Names {
+ public:
+  bool Contains(const std::string& name) const {
+    return fIndex.Contains(name, [this](std::size_t position) -> const std::string& { return fNames[position]; });
+  }
+  void Add(const std::string& name) {
+    fNames.push_back(name);
+    fIndex.ReserveOne();
+    fIndex.Insert(name, fNames.size() - 1);
+  }
+
+ private:
+  std::vector<std::string> fNames;
+  RQNameIndex fIndex;
+};
+
+TEST(RQNameIndex, ContainsNothingAtFirst) {
+  const Names names;
+  EXPECT_FALSE(names.Contains("a"));
+  EXPECT_FALSE(names.Contains(""));
+}
+
+TEST(RQNameIndex, ContainsWhatWasInsertedAndNothingElseAtEverySize) {
+  constexpr int kCount = 3000;
+  Names names;
+  for (int i = 0; i < kCount; ++i) {
+    const std::string name = "v" + std::to_string(i);
+    ASSERT_FALSE(names.Contains(name)) << name;
+    names.Add(name);
+    ASSERT_TRUE(names.Contains(name)) << name;
+  }
+  for (int i = 0; i < kCount; ++i) ASSERT_TRUE(names.Contains("v" + std::to_string(i))) << i;
+  for (int i = kCount; i < 2 * kCount; ++i) ASSERT_FALSE(names.Contains("v" + std::to_string(i))) << i;
+}
+
+TEST(RQNameIndex, ComparesNamesByteForByte) {
+  Names names;
+  names.Add(std::string("a\0b", 3));
+  EXPECT_TRUE(names.Contains(std::string("a\0b", 3)));
+  EXPECT_FALSE(names.Contains("a"));
+  EXPECT_FALSE(names.Contains(std::string("a\0c", 3)));
+  EXPECT_FALSE(names.Contains(std::string("A\0b", 3)));
+}
+
+TEST(RQNameIndex, ReservingAgainWithoutInsertingIsHarmless) {
+  RQNameIndex index;
+  for (int i = 0; i < 100; ++i) index.ReserveOne();
+  index.Insert("only", 0);
+  const std::string only = "only";
+  EXPECT_TRUE(index.Contains(only, [&only](std::size_t) -> const std::string& { return only; }));
+}
+
+}  // namespace
