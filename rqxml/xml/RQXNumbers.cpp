@@ -50,15 +50,15 @@ class PlainNumber {
  public:
   explicit PlainNumber(std::u16string_view text) : fText(text) { fPlain = text.size() <= sizeof fCopy && Scan(); }
 
-  /// False when the XML library must decide: it has a mind of its own about what lies outside the normal range and
-  /// about negative zero.
+  /// False when the XML library must decide: it has a mind of its own about what does not lie well within the normal
+  /// range (text that rounds up to its lower end is zero there) and about negative zero.
   bool Get(double& value) const {
     if (!fPlain) return false;
     double number = 0;
     const char* const end = fCopy + fText.size();
     const auto [stop, failure] = std::from_chars(fCopy, end, number);
     if (failure != std::errc() || stop != end) return false;
-    const bool settled = number == 0 ? !std::signbit(number) : std::abs(number) >= std::numeric_limits<double>::min();
+    const bool settled = number == 0 ? !std::signbit(number) : std::abs(number) > std::numeric_limits<double>::min();
     if (settled) value = number;
     return settled;
   }
