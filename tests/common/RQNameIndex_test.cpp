@@ -3,7 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -52,6 +57,29 @@ TEST(RQNameIndex, ComparesNamesByteForByte) {
   EXPECT_FALSE(names.Contains("a"));
   EXPECT_FALSE(names.Contains(std::string("a\0c", 3)));
   EXPECT_FALSE(names.Contains(std::string("A\0b", 3)));
+}
+
+// Two names whose hashes agree in the bits that the table keeps.
+std::pair<std::string, std::string> NamesOfOneHash() {
+  std::unordered_map<std::uint32_t, std::string> seen;
+  for (int i = 0; i < 2000000; ++i) {
+    std::string name = "v" + std::to_string(i);
+    const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+    const auto [other, isNew] = seen.emplace(hash, name);
+    if (!isNew) return {other->second, std::move(name)};
+  }
+  return {};
+}
+
+TEST(RQNameIndex, TellsNamesOfTheSameHashApart) {
+  const auto [one, other] = NamesOfOneHash();
+  ASSERT_NE(one, other) << "no two names of one hash were found";
+  Names names;
+  names.Add(one);
+  EXPECT_FALSE(names.Contains(other));
+  names.Add(other);
+  EXPECT_TRUE(names.Contains(one));
+  EXPECT_TRUE(names.Contains(other));
 }
 
 TEST(RQNameIndex, ReservingAgainWithoutInsertingIsHarmless) {

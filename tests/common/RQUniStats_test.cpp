@@ -153,6 +153,7 @@ TEST(RQUniStats, IsValidNeedsConsistentSummaryStatisticsOfAContinuousField) {
       {"minimum above maximum", Summary(4, 3, 3, 0), false},
       {"minimum missing", Summary(kMissing, 3, 3, 0), true},
       {"maximum missing", Summary(4, kMissing, 3, 0), true},
+      {"minimum missing below a maximum of minus infinity", Summary(kMissing, -kInfinity, 3, 0), true},
       {"minimum and maximum missing", Summary(kMissing, kMissing, 3, 0), true},
       {"infinite range", Summary(-kInfinity, kInfinity, 3, 0), true},
       {"infinite range upside down", Summary(kInfinity, -kInfinity, 3, 0), false},
