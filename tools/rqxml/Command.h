@@ -1,0 +1,47 @@
+#ifndef RQXML_TOOLS_COMMAND_H
+#define RQXML_TOOLS_COMMAND_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ExitCode.h"
+#include "InputFile.h"
+#include "XmlPlatform.h"
+
+namespace rqtool {
+
+/// What a sub-command brings about. It prints nothing itself, so that nothing is ever printed by half.
+struct Outcome {
+  std::string output;              ///< for standard output, whole
+  std::vector<std::string> notes;  ///< for standard error, one printable line each
+  ExitCode exitCode = ExitCode::Good;
+};
+
+/// What the command line asked for; filled while it is parsed.
+struct Request {
+  std::function<Outcome()> run;  ///< the work of the chosen sub-command; failures leave it as exceptions
+  bool allowDtd = false;         ///< --allow-dtd
+  bool json = false;             ///< --json
+
+  DtdPolicy Dtds() const { return allowDtd ? DtdPolicy::Allow : DtdPolicy::Refuse; }
+  SpecialFiles Files() const { return allowDtd ? SpecialFiles::Read : SpecialFiles::Refuse; }
+};
+
+/// Adds the option --allow-dtd, which every sub-command that reads documents has.
+void AddAllowDtd(CLI::App& subCommand, Request& request);
+
+/// Adds the option --json.
+void AddJson(CLI::App& subCommand, Request& request);
+
+/// @name The sub-commands
+/// Each adds itself to `app`; when it is chosen it puts its work into `request`, which outlives the work.
+/// @{
+void AddVarsCommand(CLI::App& app, Request& request);
+void AddStatusCommand(CLI::App& app, Request& request);
+/// @}
+
+}  // namespace rqtool
+
+#endif

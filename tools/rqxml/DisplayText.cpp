@@ -1,0 +1,140 @@
+#include "DisplayText.h"
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+namespace rqtool {
+
+namespace {
+
+constexpr std::string_view kEllipsis = "\u2026";
+constexpr std::size_t kEllipsisWidth = 1;
+
+// Takes the first character off `text`, which is not empty; negative for a byte that begins none.
+UChar32 NextCharacter(std::string_view& text) {
+  const char* const bytes = text.data();
+  const std::size_t length = text.size() < U8_MAX_LENGTH ? text.size() : U8_MAX_LENGTH;
+  std::size_t taken = 0;
+  UChar32 character = 0;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"  // inside the macro
+  U8_NEXT(bytes, taken, length, character);
+#pragma GCC diagnostic pop
+  text.remove_prefix(character < 0 ? 1 : taken);
+  return character;
+}
+
+bool ChangesDirection(UChar32 character) {
+  return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
+}
+
+bool NeedsEscape(UChar32 character) {
+  switch (u_charType(character)) {
+    case U_CONTROL_CHAR:
+    case U_LINE_SEPARATOR:
+    case U_PARAGRAPH_SEPARATOR:
+    case U_SURROGATE:
+      return true;
+    default:
+      return ChangesDirection(character);
+  }
+}
+
+std::string Hexadecimal(const char* format, unsigned value) {
+  std::array<char, 16> buffer{};
+  const int length = std::snprintf(buffer.data(), buffer.size(), format, value);
+  return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
+std::string Escape(UChar32 character) {
+  switch (character) {
+    case '\t':
+      return "\\t";
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    default:
+      return Hexadecimal(character < 0x80 ? "\\x%02x" : "\\u{%x}", static_cast<unsigned>(character));
+  }
+}
+
+bool IsHangulVowelOrFinal(UChar32 character) {
+  return (character >= 0x1160 && character <= 0x11FF) || (character >= 0xD7B0 && character <= 0xD7FF);
+}
+
+std::size_t CharacterWidth(UChar32 character) {
+  constexpr UChar32 kSoftHyphen = 0xAD;
+  if (character < 0 || character == kSoftHyphen) return 1;
+  switch (u_charType(character)) {
+    case U_NON_SPACING_MARK:
+    case U_ENCLOSING_MARK:
+    case U_FORMAT_CHAR:
+      return 0;
+    default:
+      break;
+  }
+  // They complete the syllable that the wide consonant before them began.
+  if (IsHangulVowelOrFinal(character)) return 0;
+  const int eastAsian = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+  return eastAsian == U_EA_WIDE || eastAsian == U_EA_FULLWIDTH ? 2 : 1;
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  std::string printable;
+  printable.reserve(text.size());
+  while (!text.empty()) {
+    const std::string_view before = text;
+    const UChar32 character = NextCharacter(text);
+    if (character < 0) {
+      printable += Hexadecimal("\\x%02x", static_cast<std::uint8_t>(before.front()));
+    } else if (NeedsEscape(character)) {
+      printable += Escape(character);
+    } else {
+      printable += before.substr(0, before.size() - text.size());
+    }
+  }
+  return printable;
+}
+
+std::string PrintableJson(std::string_view json) {
+  std::string printable;
+  printable.reserve(json.size());
+  while (!json.empty()) {
+    const std::string_view before = json;
+    const UChar32 character = NextCharacter(json);
+    if (character != '\n' && NeedsEscape(character)) {
+      printable += Hexadecimal("\\u%04x", static_cast<unsigned>(character));  // none lies beyond the basic plane
+    } else {
+      printable += before.substr(0, before.size() - json.size());
+    }
+  }
+  return printable;
+}
+
+std::size_t DisplayWidth(std::string_view text) {
+  std::size_t width = 0;
+  while (!text.empty()) width += CharacterWidth(NextCharacter(text));
+  return width;
+}
+
+std::string CutToWidth(std::string_view text, std::size_t width) {
+  if (width == 0) return {};
+  std::size_t used = 0;
+  std::size_t fitting = 0;  // bytes that leave room for the ellipsis
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    used += CharacterWidth(NextCharacter(rest));
+    if (used > width) return std::string(text.substr(0, fitting)).append(kEllipsis);
+    if (used + kEllipsisWidth <= width) fitting = text.size() - rest.size();
+  }
+  return std::string(text);
+}
+
+}  // namespace rqtool

@@ -1,0 +1,145 @@
+#include "Document.h"
+
+#include <optional>
+#include <string>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include "DocumentScan.h"
+#include "Failure.h"
+#include "XmlPlatform.h"
+#include "rqxml/xml/RQXMLUtil.h"
+#include "rqxml/xml/RQXStatusCodes.h"
+
+namespace rqtool {
+
+namespace {
+
+using RQCommon::RQStatus;
+using RQXPrsUtil::ToUTF8;
+
+// The library's message for a document with so many different names that reading on would take far too long.
+constexpr std::string_view kTooManyNames = "too many different names, or attributes of one element";
+
+constexpr const char* kDoctypeHint =
+    "a DOCTYPE can open other files, go to the network and grow without limit; if you trust the document, give "
+    "--allow-dtd (and leave XERCES_DISABLE_DTD out of the environment)";
+
+Failure Refusal(Problem problem) { return Failure(ExitCode::Refused, std::move(problem)); }
+
+std::optional<Place> PlaceOf(const xercesc::SAXParseException& e) {
+  if (e.getLineNumber() == 0) return std::nullopt;
+  return Place{e.getLineNumber(), e.getColumnNumber()};
+}
+
+std::string FileOf(const xercesc::SAXParseException& e, const InputFile& input) {
+  const std::string systemId = ToUTF8(e.getSystemId());
+  return systemId.empty() || systemId == kStreamName ? input.GetDisplayName() : systemId;
+}
+
+Failure MalformedDocument(InputFile& input, const xercesc::SAXParseException& e) {
+  Problem problem{.file = FileOf(e, input), .place = PlaceOf(e)};
+  if (input.IsEmpty()) {
+    problem.what = "the document is empty";
+    problem.place.reset();
+    problem.hint = "check where the document should have come from";
+  } else if (RefusesDtds() && HasDoctype(input.FromStart())) {
+    problem.what = "has a document type declaration (DOCTYPE), which is refused";
+    problem.hint = kDoctypeHint;
+  } else {
+    problem.what = "not well-formed: " + ToUTF8(e.getMessage());
+    problem.hint = "correct the XML at or before that place";
+  }
+  return Refusal(std::move(problem));
+}
+
+Failure BadDeclaration(const InputFile& input, const xercesc::DOMException& e) {
+  const bool version = e.code == xercesc::DOMException::NOT_SUPPORTED_ERR;
+  return Refusal({.file = input.GetDisplayName(),
+                  .what = version ? "the XML declaration asks for a version other than 1.0 and 1.1"
+                                  : "not well-formed: " + ToUTF8(e.getMessage()),
+                  .hint = "correct the beginning of the document"});
+}
+
+// `message` is the XML library's own.
+Failure UnreadableDocument(InputFile& input, const std::string& message) {
+  Problem problem{.file = input.GetDisplayName(),
+                  .what = "cannot be read as XML",
+                  .status = RQXPrsUtil::ParseFailed,
+                  .hint = "see whether it was cut off, is compressed, or is in another encoding than it says"};
+  if (!message.empty()) problem.what += ": " + message;
+  // A second look at what is refused for the time it would take would take that time.
+  if (message != kTooManyNames) problem.place = FindError(input.FromStart());
+  return Refusal(std::move(problem));
+}
+
+Failure WrongElement(InputFile& input) {
+  Problem problem{.file = input.GetDisplayName(),
+                  .what = "has no document element \"PMML\"",
+                  .status = RQXPrsUtil::WrongRootElement,
+                  .hint = "rqxml reads PMML documents; names count exactly as written, prefix and case included"};
+  if (const auto element = FindDocumentElement(input.FromStart())) {
+    problem.place = element->place;
+    problem.what = "the document element is \"" + element->name + "\", not \"PMML\"";
+  }
+  return Refusal(std::move(problem));
+}
+
+Failure NoDictionary(const InputFile& input) {
+  return Refusal({.file = input.GetDisplayName(),
+                  .what = "\"PMML\" has no child element \"DataDictionary\"",
+                  .status = RQXPrsUtil::NoDataDictionary,
+                  .hint = "the variables of a PMML document stand there; a prefixed name is another name"});
+}
+
+Failure RefusedDocument(InputFile& input, const RQStatus& status, const std::string& message) {
+  switch (status.GetCode()) {
+    case RQXPrsUtil::ParseFailed:
+      return UnreadableDocument(input, message);
+    case RQXPrsUtil::WrongRootElement:
+      return WrongElement(input);
+    case RQXPrsUtil::NoDataDictionary:
+      return NoDictionary(input);
+    default:
+      return Refusal({.file = input.GetDisplayName(), .what = "the document was refused", .status = status.GetCode()});
+  }
+}
+
+RQStatus Parse(RQXPrsUtil::RQPMMLParser& parser, InputFile& input) {
+  try {
+    return parser.ParseToDOM(input.Stream());
+  } catch (const xercesc::SAXParseException& e) {
+    input.RequireWhole();
+    throw MalformedDocument(input, e);
+  } catch (const xercesc::DOMException& e) {
+    throw BadDeclaration(input, e);
+  }
+}
+
+}  // namespace
+
+std::string_view KindWord(DocumentKind kind) {
+  switch (kind) {
+    case DocumentKind::Pmml:
+      return "pmml";
+  }
+  return {};
+}
+
+std::string_view KindTitle(DocumentKind kind) {
+  switch (kind) {
+    case DocumentKind::Pmml:
+      return "PMML document";
+  }
+  return {};
+}
+
+Document ReadDocument(InputFile& input) {
+  Document document{DocumentKind::Pmml, std::make_unique<RQXPrsUtil::RQPMMLParser>()};
+  const RQStatus status = Parse(*document.parser, input);
+  input.RequireWhole();
+  if (!status.IsOK()) throw RefusedDocument(input, status, document.parser->GetXercesMessage());
+  return document;
+}
+
+}  // namespace rqtool

@@ -1,0 +1,54 @@
+#ifndef RQXML_TOOLS_INPUTFILE_H
+#define RQXML_TOOLS_INPUTFILE_H
+
+#include <fstream>
+#include <istream>
+#include <memory>
+#include <string>
+
+#include "RecordingBuffer.h"
+
+namespace rqtool {
+
+/// What is read besides regular files and standard input.
+enum class SpecialFiles {
+  Refuse,  ///< nothing
+  Read     ///< pipes and devices too
+};
+
+/// A document to read: a local file, or standard input under the name "-". Names are never taken as addresses, so
+/// that nothing is fetched from a network.
+class InputFile {
+ public:
+  /// Opens `name`.
+  /// @throws Failure (FileFailed) for what is not there, cannot be opened, is a directory, or is a pipe or a device
+  ///   and `specialFiles` refuses them
+  InputFile(const std::string& name, SpecialFiles specialFiles);
+
+  /// The name as it was given.
+  const std::string& GetName() const { return fName; }
+  /// The name for people: "standard input" for "-".
+  std::string GetDisplayName() const;
+
+  /// The bytes, from where reading got to.
+  std::istream& Stream() { return *fStream; }
+  /// The bytes from the beginning, also of what cannot be repositioned; its errors are cleared.
+  std::istream& FromStart();
+
+  /// True when the input holds no byte at all. Moves to the beginning.
+  bool IsEmpty();
+
+  /// @throws Failure (FileFailed) when reading broke off because of the file, not of what stands in it
+  void RequireWhole() const;
+
+ private:
+  std::string fName;
+  std::ifstream fFile;
+  std::unique_ptr<RecordingBuffer> fRecord;  ///< for what cannot be repositioned; null for a regular file
+  std::unique_ptr<std::istream> fRecorded;
+  std::istream* fStream;
+};
+
+}  // namespace rqtool
+
+#endif

@@ -1,0 +1,123 @@
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <sstream>
+#include <string>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "Command.h"
+#include "DisplayText.h"
+#include "ExitCode.h"
+#include "Failure.h"
+#include "Terminal.h"
+#include "XmlPlatform.h"
+#include "rqxml/common/RQVersion.h"
+#include "rqxml/xml/RQXMLUtil.h"
+
+namespace rqtool {
+
+namespace {
+
+constexpr const char* kOutOfMemory = "rqxml: there is not enough memory for this document\n";
+
+std::string ExitCodeHelp() {
+  std::string text = "Exit codes:\n";
+  for (const ExitCodeEntry& entry : kExitCodes) {
+    text += "  " + std::to_string(static_cast<int>(entry.code)) + "  " + std::string(entry.meaning) + '\n';
+  }
+  return text;
+}
+
+ExitCode Report(const Failure& failure) {
+  WriteToStderr(Describe(failure.GetProblem()));
+  return failure.GetExitCode();
+}
+
+ExitCode ReportXmlLibrary(const XMLCh* message) {
+  return Report(Failure(ExitCode::Refused, {.what = "the XML library failed: " + RQXPrsUtil::ToUTF8(message),
+                                            .hint = "check that the file is what it should be"}));
+}
+
+ExitCode ReportOutOfMemory() {
+  WriteToStderr(kOutOfMemory);
+  return ExitCode::Refused;
+}
+
+ExitCode Print(const Outcome& outcome) {
+  for (const std::string& note : outcome.notes) WriteToStderr("rqxml: note: " + note + '\n');
+  return WriteToStdout(outcome.output) ? outcome.exitCode : ExitCode::FileFailed;
+}
+
+// Lets no exception of the XML library out: they must be told while it is up.
+ExitCode Perform(const Request& request) {
+  try {
+    return Print(request.run());
+  } catch (const Failure& e) {
+    return Report(e);
+  } catch (const xercesc::OutOfMemoryException&) {
+    return ReportOutOfMemory();
+  } catch (const std::bad_alloc&) {
+    return ReportOutOfMemory();
+  } catch (const xercesc::XMLException& e) {
+    return ReportXmlLibrary(e.getMessage());
+  } catch (const xercesc::SAXException& e) {
+    return ReportXmlLibrary(e.getMessage());
+  } catch (const xercesc::DOMException& e) {
+    return ReportXmlLibrary(e.getMessage());
+  }
+}
+
+// --help and --version come as exceptions too.
+ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
+  std::ostringstream out;
+  std::ostringstream err;
+  if (app.exit(e, out, err) == 0) return Print({out.str(), {}, ExitCode::Good});
+  std::string command = "rqxml";
+  for (const CLI::App* const chosen : app.get_subcommands()) command += ' ' + chosen->get_name();
+  return Report(Failure(ExitCode::WrongUsage, {.what = e.what(), .hint = command + " --help tells what it takes"}));
+}
+
+ExitCode Run(int argc, char** argv) {
+  CLI::App app("Reads the XML documents of a statistics and data-mining engine.", "rqxml");
+  app.set_version_flag("--version", std::string("rqxml ") + RQXML_VERSION_STRING);
+  app.footer(ExitCodeHelp());
+  app.require_subcommand(1);
+  Request request;
+  AddVarsCommand(app, request);
+  AddStatusCommand(app, request);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return AnswerCommandLine(app, e);
+  }
+  try {
+    const XmlPlatform platform(request.Dtds());
+    return Perform(request);
+  } catch (const Failure& e) {
+    return Report(e);
+  }
+}
+
+}  // namespace
+
+}  // namespace rqtool
+
+int main(int argc, char** argv) {
+  // The reader of a pipe may leave at any time: the write then fails, and nothing needs to be said about it.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::ios::sync_with_stdio(false);
+  try {
+    return static_cast<int>(rqtool::Run(argc, argv));
+  } catch (const std::bad_alloc&) {
+    rqtool::WriteToStderr(rqtool::kOutOfMemory);
+  } catch (const std::exception& e) {
+    rqtool::WriteToStderr("rqxml: " + rqtool::Printable(e.what()) + '\n');
+  } catch (...) {
+    rqtool::WriteToStderr("rqxml: an unknown error\n");
+  }
+  return static_cast<int>(rqtool::ExitCode::Refused);
+}
