@@ -109,7 +109,8 @@ RQ_API bool SetAttribute(xercesc::DOMElement& element, const char* name, double 
 /// @name Strings
 /// @{
 
-/// `string` in UTF-8; empty for null and for malformed UTF-16.
+/// `string` in UTF-8; empty for null and for a high surrogate at the end. Other malformed UTF-16 comes out as the XML
+/// library encodes it.
 RQ_API std::string ToUTF8(const XMLCh* string);
 
 /// The UTF-8 text `string` (not null) as UTF-16 units with one zero unit behind them; the zero unit alone for

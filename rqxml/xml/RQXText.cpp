@@ -12,17 +12,10 @@ namespace {
 constexpr bool IsHighSurrogate(XMLCh unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool IsLowSurrogate(XMLCh unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-/// How long a string is, in its own units and in bytes of UTF-8.
-struct Measure {
-  std::size_t units = 0;
-  std::size_t bytes = 0;
-};
-
-/// False when the string is malformed.
-bool MeasureUTF8(const XMLCh* string, Measure& size) {
-  const XMLCh* p = string;
-  std::size_t bytes = 0;
-  for (; *p != 0; ++p) {
+/// How many bytes of UTF-8 a string takes; false when it is malformed.
+bool MeasureUTF8(const XMLCh* string, std::size_t& bytes) {
+  bytes = 0;
+  for (const XMLCh* p = string; *p != 0; ++p) {
     if (*p < 0x80) {
       bytes += 1;
     } else if (*p < 0x800) {
@@ -35,8 +28,6 @@ bool MeasureUTF8(const XMLCh* string, Measure& size) {
       ++p;
     }
   }
-  size.units = static_cast<std::size_t>(p - string);
-  size.bytes = bytes;
   return true;
 }
 
@@ -104,15 +95,22 @@ bool StartsWith(const XMLCh*& xstring, char32_t point) {
 }  // namespace
 
 void AssignUTF8(const XMLCh* string, std::string& text) {
-  text.clear();
-  if (!string) return;
-  Measure size;
-  if (!MeasureUTF8(string, size)) {
+  if (!string) return text.clear();
+  std::size_t length = 0;
+  unsigned int allBits = 0;
+  for (; string[length] != 0; ++length) allBits |= string[length];
+  if (allBits < 0x80) {
+    text.resize(length);
+    for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>(string[i]);
+    return;
+  }
+  std::size_t bytes = 0;
+  if (!MeasureUTF8(string, bytes)) {
     text = RQXTranscoder().TranscodeTo(string);  // malformed: the XML library decides
     return;
   }
-  text.resize(size.bytes);
-  EncodeUTF8(string, string + size.units, text.data());
+  text.resize(bytes);
+  EncodeUTF8(string, string + length, text.data());
 }
 
 std::string ToUTF8(const XMLCh* string) {
