@@ -32,6 +32,20 @@ void KeepAsWritten(xercesc::DOMLSSerializer& serializer) {
   }
 }
 
+/// A document that declares no encoding and was recognised by its bytes alone has a name for it that only the XML
+/// library's reader knows; its serialiser would declare that name, and nobody could read the file again.
+const XMLCh* GetReplacedEncoding(const xercesc::DOMDocument& document) {
+  using xercesc::XMLUni;
+  const XMLCh* const own = document.getInputEncoding();
+  for (const XMLCh* name : {XMLUni::fgUTF16LEncodingString, XMLUni::fgUTF16BEncodingString}) {
+    if (xercesc::XMLString::equals(own, name)) return XMLUni::fgUTF16EncodingString;
+  }
+  for (const XMLCh* name : {XMLUni::fgUCS4LEncodingString, XMLUni::fgUCS4BEncodingString}) {
+    if (xercesc::XMLString::equals(own, name)) return XMLUni::fgUTF8EncodingString;
+  }
+  return nullptr;
+}
+
 /// Serialises into the target; 118 for every failure.
 RQCommon::RQStatus Serialise(xercesc::DOMImplementation& implementation, xercesc::DOMLSSerializer& serializer,
                              const xercesc::DOMDocument& document, xercesc::LocalFileFormatTarget& target,
@@ -39,6 +53,7 @@ RQCommon::RQStatus Serialise(xercesc::DOMImplementation& implementation, xercesc
   try {
     const Output output(implementation.createLSOutput());
     output->setByteStream(&target);
+    if (const XMLCh* const encoding = GetReplacedEncoding(document)) output->setEncoding(encoding);
     serializer.write(&document, output.get());
     target.flush();  // the destructor would swallow the news of a full disk
     return {};
