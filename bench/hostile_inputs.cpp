@@ -1,7 +1,8 @@
 #include "hostile_inputs.h"
 
 #include <string_view>
-#include <utility>
+
+#include "text_pieces.h"
 
 namespace rqxml_bench {
 namespace {
@@ -55,31 +56,35 @@ std::string Repeat(std::size_t bytes, std::string_view before, std::string_view 
 std::string InDictionary(std::size_t bytes, std::string_view piece) { return Repeat(bytes, kOpen, piece, kClose); }
 
 std::string AttributesOnOneElement(std::size_t bytes) {
-  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>",
-              [](std::size_t i) { return " " + ShortName(i) + "=''"; });
+  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>", [](std::size_t i) {
+    return Join({" ", ShortName(i), "=''"});
+  });
 }
 
 std::string AttributesOnDataField(std::size_t bytes) {
   return Fill(bytes, "<PMML><DataDictionary><DataField name='x' dataType='double' optype='continuous'",
-              "/></DataDictionary></PMML>", [](std::size_t i) { return " " + ShortName(i) + "=''"; });
+              "/></DataDictionary></PMML>", [](std::size_t i) {
+                return Join({" ", ShortName(i), "=''"});
+              });
 }
 
 std::string DuplicateAttributeAtTheEnd(std::size_t bytes) {
-  return Fill(bytes, "<PMML><DataDictionary><a", " a=''/></DataDictionary></PMML>",
-              [](std::size_t i) { return " " + ShortName(i) + "=''"; });
+  return Fill(bytes, "<PMML><DataDictionary><a", " a=''/></DataDictionary></PMML>", [](std::size_t i) {
+    return Join({" ", ShortName(i), "=''"});
+  });
 }
 
 // The square root of the bytes on each of many elements: a check that is quadratic in one element adds up too.
 std::string AttributesOnManyElements(std::size_t bytes) {
   return Fill(bytes, kOpen, kClose, [](std::size_t) {
     std::string element = "<a";
-    for (std::size_t i = 0; i < 150; ++i) element += " " + ShortName(i) + "=''";
-    return element + "/>";
+    for (std::size_t i = 0; i < 150; ++i) element += Join({" ", ShortName(i), "=''"});
+    return Join({element, "/>"});
   });
 }
 
 std::string OneNewAttributeOnEachElement(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<a " + ShortName(i) + "=''/>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<a ", ShortName(i), "=''/>"}); });
 }
 
 std::string DeepNesting(std::size_t bytes) {
@@ -93,8 +98,8 @@ std::string DeepNesting(std::size_t bytes) {
 std::string DeepNestingOfNewNames(std::size_t bytes) {
   std::string text(kOpen);
   const std::size_t depth = bytes / 12;
-  for (std::size_t i = 0; i < depth; ++i) text += "<" + ShortName(i) + ">";
-  for (std::size_t i = depth; i > 0; --i) text += "</" + ShortName(i - 1) + ">";
+  for (std::size_t i = 0; i < depth; ++i) text += Join({"<", ShortName(i), ">"});
+  for (std::size_t i = depth; i > 0; --i) text += Join({"</", ShortName(i - 1), ">"});
   return text += kClose;
 }
 
@@ -113,63 +118,66 @@ std::string DeepNestingOfDataFields(std::size_t bytes) {
 std::string Siblings(std::size_t bytes) { return InDictionary(bytes, "<a/>"); }
 
 std::string SiblingsOfNewNames(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<" + ShortName(i) + "/>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<", ShortName(i), "/>"}); });
 }
 
 std::string SiblingsOfCollidingNames(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<" + CollidingName(i) + "/>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<", CollidingName(i), "/>"}); });
 }
 
 std::string CollidingAttributesOnOneElement(std::size_t bytes) {
-  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>",
-              [](std::size_t i) { return " " + CollidingName(i) + "=''"; });
+  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>", [](std::size_t i) {
+    return Join({" ", CollidingName(i), "=''"});
+  });
 }
 
 std::string OneCollidingAttributeOnEachElement(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<a " + CollidingName(i) + "=''/>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<a ", CollidingName(i), "=''/>"}); });
 }
 
 std::string LongElementName(std::size_t bytes) {
   const std::string name(bytes / 2, 'n');
-  return std::string(kOpen) + "<" + name + "></" + name + ">" + std::string(kClose);
+  return Join({kOpen, "<", name, "></", name, ">", kClose});
 }
 
 std::string LongElementNames(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<" + std::string(1000, 'n') + ShortName(i) + "/>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) {
+    return Join({"<", std::string(1000, 'n'), ShortName(i), "/>"});
+  });
 }
 
 std::string LongAttributeName(std::size_t bytes) {
-  return std::string(kOpen) + "<a " + std::string(bytes, 'n') + "=''/>" + std::string(kClose);
+  return Join({kOpen, "<a ", std::string(bytes, 'n'), "=''/>", kClose});
 }
 
 std::string LongAttributeNames(std::size_t bytes) {
-  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>",
-              [](std::size_t i) { return " " + std::string(100, 'n') + ShortName(i) + "=''"; });
+  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>", [](std::size_t i) {
+    return Join({" ", std::string(100, 'n'), ShortName(i), "=''"});
+  });
 }
 
 std::string PrefixesOnOneElement(std::size_t bytes) {
-  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>",
-              [](std::size_t i) { return " xmlns:" + ShortName(i) + "='u'"; });
+  return Fill(bytes, "<PMML><DataDictionary><a", "/></DataDictionary></PMML>", [](std::size_t i) {
+    return Join({" xmlns:", ShortName(i), "='u'"});
+  });
 }
 
 std::string PrefixesOnSiblings(std::size_t bytes) {
   return Fill(bytes, kOpen, kClose, [](std::size_t i) {
     const std::string prefix = ShortName(i);
-    return "<" + prefix + ":a xmlns:" + prefix + "='u'/>";
+    return Join({"<", prefix, ":a xmlns:", prefix, "='u'/>"});
   });
 }
 
 std::string PrefixesOnNestedElements(std::size_t bytes) {
   std::string text(kOpen);
   const std::size_t depth = bytes / 30;
-  for (std::size_t i = 0; i < depth; ++i) text += "<" + ShortName(i) + ":a xmlns:" + ShortName(i) + "='u'>";
-  for (std::size_t i = depth; i > 0; --i) text += "</" + ShortName(i - 1) + ":a>";
+  for (std::size_t i = 0; i < depth; ++i) text += Join({"<", ShortName(i), ":a xmlns:", ShortName(i), "='u'>"});
+  for (std::size_t i = depth; i > 0; --i) text += Join({"</", ShortName(i - 1), ":a>"});
   return text += kClose;
 }
 
-std::string Colons(std::size_t bytes) {
-  return std::string(kOpen) + "<a" + std::string(bytes, ':') + "/>" + std::string(kClose);
-}
+std::string Colons(std::size_t bytes) { return Join({kOpen, "<a", std::string(bytes, ':'), "/>", kClose}); }
 
 std::string CharacterReferencesInText(std::size_t bytes) { return InDictionary(bytes, "&#65;"); }
 std::string NamedReferencesInText(std::size_t bytes) { return InDictionary(bytes, "&lt;"); }
@@ -203,7 +211,7 @@ std::string HugeTextOfWideCharacters(std::size_t bytes) { return InDictionary(by
 std::string Comments(std::size_t bytes) { return InDictionary(bytes, "<!---->"); }
 std::string Instructions(std::size_t bytes) { return InDictionary(bytes, "<?a?>"); }
 std::string InstructionsOfNewNames(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return "<?" + ShortName(i) + "?>"; });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<?", ShortName(i), "?>"}); });
 }
 std::string Sections(std::size_t bytes) { return InDictionary(bytes, "<![CDATA[]]>"); }
 std::string SectionsBetweenTexts(std::size_t bytes) { return InDictionary(bytes, "x<![CDATA[y]]>"); }
@@ -222,8 +230,9 @@ constexpr std::string_view kFieldEnd = "</DataField></DataDictionary></PMML>";
 
 std::string RefusedNumbers(std::size_t bytes) { return Repeat(bytes, kField, "<Value value='x'/>", kFieldEnd); }
 std::string RefusedLongNumbers(std::size_t bytes) {
-  return Fill(bytes, kField, kFieldEnd,
-              [](std::size_t) { return "<Value value='" + std::string(10000, '1') + "x'/>"; });
+  return Fill(bytes, kField, kFieldEnd, [](std::size_t) {
+    return Join({"<Value value='", std::string(10000, '1'), "x'/>"});
+  });
 }
 std::string LongNumber(std::size_t bytes) {
   return Repeat(bytes,
@@ -253,7 +262,7 @@ std::string InvalidRanges(std::size_t bytes) {
 
 std::string Fields(std::size_t bytes) {
   return Fill(bytes, kOpen, kClose, [](std::size_t i) {
-    return "<DataField name='" + ShortName(i) + "' dataType='double' optype='continuous'/>";
+    return Join({"<DataField name='", ShortName(i), "' dataType='double' optype='continuous'/>"});
   });
 }
 
@@ -267,11 +276,11 @@ std::string BinsInReverse(std::size_t bytes) {
   const std::size_t count = bytes / kEach;
   std::string text(kOpen);
   for (std::size_t i = 0; i < count; ++i)
-    text += "<DataField name='" + ShortName(i) + "' dataType='double' optype='continuous'/>";
+    text += Join({"<DataField name='", ShortName(i), "' dataType='double' optype='continuous'/>"});
   text += "</DataDictionary><TransformationDictionary>";
   for (std::size_t i = count; i > 0; --i)
-    text += "<DerivedField><Discretize field='" + ShortName(i - 1) +
-            "'><DiscretizeBin><Interval rightMargin='1'/></DiscretizeBin></Discretize></DerivedField>";
+    text += Join({"<DerivedField><Discretize field='", ShortName(i - 1),
+                  "'><DiscretizeBin><Interval rightMargin='1'/></DiscretizeBin></Discretize></DerivedField>"});
   return text += "</TransformationDictionary></PMML>";
 }
 
@@ -279,7 +288,7 @@ std::string BinsInReverse(std::size_t bytes) {
 std::string UselessDerivedFields(std::size_t bytes) {
   std::string text(kOpen);
   for (std::size_t i = 0; text.size() < bytes / 3; ++i)
-    text += "<DataField name='" + ShortName(i) + "' dataType='double' optype='continuous'/>";
+    text += Join({"<DataField name='", ShortName(i), "' dataType='double' optype='continuous'/>"});
   text += "</DataDictionary><TransformationDictionary>";
   while (text.size() < bytes - 100) text += "<DerivedField/>";
   text += "<DerivedField><Discretize field='a'/></DerivedField>";
