@@ -19,6 +19,9 @@ show() {
   "$rqxml" "$@"
 }
 
+# Every document, then what the options add.
 for document in examples/*.pmml; do
   show vars "$document"
 done
+show vars --bins examples/customers.pmml
+show vars --json --fields region examples/customers.pmml
