@@ -4,9 +4,9 @@ namespace rqtool {
 
 void AddAllowDtd(CLI::App& subCommand, Request& request) {
   subCommand.add_flag("--allow-dtd", request.allowDtd,
-                      "accept a DOCTYPE, and a pipe or device as FILE; for documents\n"
-                      "that you trust: a DOCTYPE can open other files, go to the\n"
-                      "network and grow without limit");
+                      "accept a DOCTYPE, and a pipe or device as FILE. Only for\n"
+                      "documents that you trust: a DOCTYPE can open other files,\n"
+                      "go to the network and grow without limit");
 }
 
 void AddJson(CLI::App& subCommand, Request& request) {

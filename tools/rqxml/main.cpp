@@ -4,6 +4,7 @@
 #include <new>
 #include <sstream>
 #include <string>
+#include <vector>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
@@ -76,15 +77,19 @@ ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   std::ostringstream out;
   std::ostringstream err;
   if (app.exit(e, out, err) == 0) return Print({out.str(), {}, ExitCode::Good});
-  std::string command = "rqxml";
-  for (const CLI::App* const chosen : app.get_subcommands()) command += ' ' + chosen->get_name();
-  return Report(Failure(ExitCode::WrongUsage, {.what = e.what(), .hint = command + " --help tells what it takes"}));
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining();
+  std::string what = e.what();
+  if (chosen.empty() && !unknown.empty()) what = "there is no sub-command or option \"" + unknown.front() + '"';
+  const std::string command = chosen.empty() ? "rqxml" : "rqxml " + chosen.front()->get_name();
+  return Report(Failure(ExitCode::WrongUsage, {.what = what, .hint = command + " --help tells what it takes"}));
 }
 
 ExitCode Run(int argc, char** argv) {
   CLI::App app("Reads the XML documents of a statistics and data-mining engine.", "rqxml");
   app.set_version_flag("--version", std::string("rqxml ") + RQXML_VERSION_STRING);
   app.footer(ExitCodeHelp());
+  app.get_formatter()->column_width(20);
   app.require_subcommand(1);
   Request request;
   AddVarsCommand(app, request);

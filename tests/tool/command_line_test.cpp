@@ -1,0 +1,137 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "rqxml/common/RQVersion.h"
+#include "tests/support/files.h"
+#include "tests/tool/run_tool.h"
+
+using rqtest::ReadFile;
+using rqtest::RunTool;
+using rqtest::SourceFile;
+using rqtest::ToolResult;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using ::testing::Not;
+
+namespace {
+
+const std::vector<std::vector<std::string>> kHelpCalls{{"--help"}, {"vars", "--help"}, {"status", "--help"}};
+
+std::set<std::string> LongOptions(const std::string& text) {
+  const std::regex pattern("--[a-z][a-z-]*");
+  std::set<std::string> options;
+  for (std::sregex_iterator i(text.begin(), text.end(), pattern), end; i != end; ++i) options.insert(i->str());
+  return options;
+}
+
+// Without the escapes that keep hyphens and backslashes as they are.
+std::string ManPage() { return std::regex_replace(ReadFile(SourceFile("docs/rqxml.1")), std::regex(R"(\\-)"), "-"); }
+
+TEST(CommandLine, HelpOnEveryLevelGoesToStandardOutputAndTellsTheExitCodes) {
+  for (const auto& call : kHelpCalls) {
+    const ToolResult result = RunTool(call);
+    EXPECT_EQ(result.exitCode, 0) << result;
+    EXPECT_THAT(result.err, IsEmpty());
+    EXPECT_THAT(result.out, HasSubstr("Exit codes:\n  0  "));
+    for (const char* code : {"\n  1  ", "\n  2  ", "\n  3  ", "\n  4  "}) EXPECT_THAT(result.out, HasSubstr(code));
+  }
+}
+
+TEST(CommandLine, HelpFitsAnEightyColumnTerminal) {
+  for (const auto& call : kHelpCalls) {
+    std::istringstream lines(RunTool(call).out);
+    for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
+  }
+}
+
+TEST(CommandLine, HelpNamesEachOptionOfVars) {
+  const std::string help = RunTool({"vars", "--help"}).out;
+  for (const char* option : {"FILE", "--fields NAMES", "--bins", "--wide", "--json", "--allow-dtd"}) {
+    EXPECT_THAT(help, HasSubstr(option));
+  }
+}
+
+TEST(CommandLine, VersionIsThatOfTheLibrary) {
+  const ToolResult result = RunTool({"--version"});
+  EXPECT_EQ(result.exitCode, 0) << result;
+  EXPECT_EQ(result.out, "rqxml " RQXML_VERSION_STRING "\n");
+}
+
+TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string message;
+    std::string help;
+  };
+  const std::vector<Row> rows{
+      {{}, "subcommand is required", "rqxml --help"},
+      {{"nothing"}, "nothing", "rqxml --help"},
+      {{"--nothing"}, "--nothing", "rqxml --help"},
+      {{"vars"}, "FILE is required", "rqxml vars --help"},
+      {{"vars", "--bins"}, "FILE is required", "rqxml vars --help"},
+      {{"vars", "a", "b"}, "not expected: b", "rqxml vars --help"},
+      {{"vars", "a", "--nothing"}, "--nothing", "rqxml vars --help"},
+      {{"vars", "a", "--fields"}, "--fields", "rqxml vars --help"},
+      {{"vars", "a", "--fields", "x,\"y"}, "the quotes do not match", "double quotes"},
+      {{"vars", "a", "--fields", "\"x\"y"}, "the quotes do not match", "double quotes"},
+      {{"vars", "a", "--fields", "x,,y"}, "a field name is empty", "a,b,c"},
+      {{"vars", "a", "--fields", ""}, "a field name is empty", "a,b,c"},
+      {{"status", "x"}, "CODE", "rqxml status --help"},
+      {{"status", "103", "104"}, "104", "rqxml status --help"},
+      {{"status", "117"}, "no status code 117", "rqxml status"},
+      {{"status", "0"}, "no status code 0", "rqxml status"},
+      {{"status", "-5"}, "-5", "rqxml status"},
+  };
+  for (const Row& row : rows) {
+    const ToolResult result = RunTool(row.arguments);
+    EXPECT_EQ(result.exitCode, 2) << ::testing::PrintToString(row.arguments) << result;
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err,
+                AllOf(HasSubstr("rqxml: "), HasSubstr(row.message), HasSubstr("  hint: "), HasSubstr(row.help)));
+  }
+}
+
+TEST(CommandLine, ArgumentsCannotSteerTheTerminal) {
+  const ToolResult result = RunTool({"vars", "x", "\x1b[31mred"});
+  EXPECT_EQ(result.exitCode, 2) << result;
+  EXPECT_THAT(result.err, AllOf(HasSubstr("\\x1b[31mred"), Not(HasSubstr("\x1b"))));
+}
+
+TEST(ManPage, NamesEachOptionThatTheHelpNames) {
+  const std::string page = ManPage();
+  for (const auto& call : kHelpCalls) {
+    for (const std::string& option : LongOptions(RunTool(call).out)) {
+      EXPECT_THAT(page, HasSubstr(option));
+    }
+  }
+}
+
+TEST(ManPage, NamesNoOptionThatDoesNotExist) {
+  std::set<std::string> known;
+  for (const auto& call : kHelpCalls) known.merge(LongOptions(RunTool(call).out));
+  for (const std::string& option : LongOptions(ManPage())) EXPECT_TRUE(known.count(option) == 1) << option;
+}
+
+TEST(ManPage, HasTheExitCodesAsTheHelpTellsThem) {
+  const std::string page = ManPage();
+  std::istringstream lines(RunTool({"--help"}).out);
+  int found = 0;
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (!std::regex_match(line, match, std::regex("  ([0-4])  (.*)"))) continue;
+    ++found;
+    EXPECT_THAT(page, HasSubstr(".B " + match[1].str() + "\n" + match[2].str() + "\n"));
+  }
+  EXPECT_EQ(found, 5);
+}
+
+TEST(ManPage, StatesTheVersion) { EXPECT_THAT(ManPage(), HasSubstr("rqxml " RQXML_VERSION_STRING)); }
+
+}  // namespace

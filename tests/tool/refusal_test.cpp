@@ -1,0 +1,211 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "tests/support/files.h"
+#include "tests/support/temp_folder.h"
+#include "tests/tool/run_tool.h"
+
+using rqtest::RunTool;
+using rqtest::TempFolder;
+using rqtest::ToolCall;
+using rqtest::ToolResult;
+using rqtest::WriteFile;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using ::testing::Not;
+
+namespace {
+
+std::string Pmml(const std::string& fields, const std::string& rest = "") {
+  return "<PMML>\n<DataDictionary>\n" + fields + "\n</DataDictionary>" + rest + "</PMML>";
+}
+
+constexpr const char* kGood = "<DataField name='good' optype='continuous' dataType='double'/>\n";
+
+// A document that is refused, and what is told.
+struct Row {
+  const char* description;
+  std::string document;
+  std::vector<std::string> options;
+  std::string message;  // begins behind the file's name
+  std::string status;   // empty for none
+};
+
+const std::vector<Row> kRows{
+    {"empty", "", {}, ": the document is empty\n", ""},
+    {"no XML", "hello", {}, ":1:1: not well-formed: ", ""},
+    {"mismatched tags", "<PMML>\n  <a></b></PMML>", {}, ":2:8: not well-formed: expected end of tag 'a'\n", ""},
+    {"cut off between tags", "<PMML>\n<DataDictionary>\n", {}, ":3:1: not well-formed: input ended before all", ""},
+    {"cut off in a tag", "<PMML>\n<DataDic", {}, ":2:9: cannot be read as XML: unexpected end of input\n", "104"},
+    {"compressed", "\x1f\x8b\x08\x08garbage", {}, ":1:1: cannot be read as XML: invalid byte", "104"},
+    {"unknown encoding", "<?xml version='1.0' encoding='nix'?><PMML/>", {}, "cannot be read as XML: unable", "104"},
+    {"unknown version", "<?xml version='1.2'?><PMML/>", {}, ": the XML declaration asks for a version other", ""},
+    {"other root",
+     "<!-- x -->\n<DataModel a='b'>\n</DataModel>",
+     {},
+     ":2:18: the document element is \"DataModel\", not \"PMML\"\n",
+     "105"},
+    {"prefixed root", "<p:PMML xmlns:p='u'/>", {}, "the document element is \"p:PMML\", not \"PMML\"\n", "105"},
+    {"lower case root", "<pmml/>", {}, "the document element is \"pmml\", not \"PMML\"\n", "105"},
+    {"no dictionary",
+     "<PMML><a><DataDictionary/></a></PMML>",
+     {},
+     ": \"PMML\" has no child element \"DataDictionary\"\n",
+     "106"},
+    {"no name",
+     Pmml(std::string(kGood) + "<DataField optype='continuous' dataType='double'/>"),
+     {},
+     ":4:51: DataField number 2: the attribute \"name\" is missing\n",
+     "108"},
+    {"no dataType",
+     Pmml("<DataField name='a' optype='continuous'/>"),
+     {},
+     ":3:42: DataField \"a\": the attribute \"dataType\" is missing\n",
+     "108"},
+    {"no optype",
+     Pmml("<DataField name='a' dataType='double'/>"),
+     {},
+     ":3:40: DataField \"a\": the attribute \"optype\" is missing\n",
+     "108"},
+    {"unknown dataType",
+     Pmml("<DataField name='a' optype='categorical' dataType='boolean'/>"),
+     {},
+     ": DataField \"a\": dataType=\"boolean\" is not read\n",
+     "109"},
+    {"no transformations",
+     Pmml(kGood),
+     {"--bins"},
+     ": DataField \"good\": the document has no \"TransformationDictionary\"",
+     "110"},
+    {"no bins",
+     Pmml(kGood, "<TransformationDictionary/>"),
+     {"--bins"},
+     ": DataField \"good\": no \"Discretize\" in the \"TransformationDictionary\"",
+     "110"},
+    {"two of a name",
+     Pmml(std::string(kGood) + kGood),
+     {},
+     ":4:63: DataField \"good\": a field before it has the same name\n",
+     "111"},
+    {"empty name",
+     Pmml("<DataField name='' optype='continuous' dataType='double'/>"),
+     {},
+     ": DataField \"\": the name is empty\n",
+     "111"},
+    {"bins that descend",
+     Pmml(kGood,
+          "<TransformationDictionary><DerivedField><Discretize field='good'>"
+          "<DiscretizeBin><Interval leftMargin='1' rightMargin='5'/></DiscretizeBin>"
+          "<DiscretizeBin><Interval leftMargin='5' rightMargin='3'/></DiscretizeBin>"
+          "<DiscretizeBin><Interval leftMargin='3' rightMargin='9'/></DiscretizeBin>"
+          "</Discretize></DerivedField></TransformationDictionary>"),
+     {"--bins"},
+     ": DataField \"good\": its bins do not ascend\n",
+     "111"},
+    {"the filter passes over fields before the bad one",
+     Pmml(std::string("<DataField name='skipped'/>\n") + kGood + "<DataField name='bad' dataType='double'/>"),
+     {"--fields", "good,bad"},
+     ":5:42: DataField \"bad\": the attribute \"optype\" is missing\n",
+     "108"},
+    {"a field without a name is bad whatever the filter",
+     Pmml(std::string(kGood) + "<DataField/>" + kGood),
+     {"--fields", "good"},
+     ":4:13: DataField number 2: the attribute \"name\" is missing\n",
+     "108"},
+    {"a second dictionary does not count",
+     "<PMML>\n<DataDictionary>\n<a><DataField/></a>\n<DataField name='a'/></DataDictionary>"
+     "<DataDictionary><DataField/></DataDictionary></PMML>",
+     {},
+     ":4:22: DataField \"a\": the attribute \"dataType\" is missing\n",
+     "108"},
+};
+
+TEST(Refusal, TellsFilePlaceElementReasonStatusAndHintAndPrintsNothing) {
+  const TempFolder folder;
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.description);
+    const std::string file = WriteFile(folder.File("x.pmml"), row.document);
+    std::vector<std::string> arguments{"vars", file};
+    arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+    const ToolResult result = RunTool(arguments);
+    EXPECT_EQ(result.exitCode, 1) << result;
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, AllOf(HasSubstr("rqxml: " + file + ":"), HasSubstr(row.message), HasSubstr("\n  hint: ")))
+        << result;
+    if (row.status.empty()) {
+      EXPECT_THAT(result.err, Not(HasSubstr("\n  status ")));
+    } else {
+      EXPECT_THAT(result.err, HasSubstr("\n  status " + row.status + ": "));
+    }
+  }
+}
+
+TEST(Refusal, IsToldTheSameWayForStandardInput) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.description);
+    std::vector<std::string> arguments{"vars", "-"};
+    arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+    const ToolResult result = RunTool(ToolCall{.arguments = arguments, .input = row.document});
+    EXPECT_EQ(result.exitCode, 1) << result;
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, AllOf(HasSubstr("rqxml: standard input:"), HasSubstr(row.message))) << result;
+  }
+}
+
+TEST(Refusal, IsTheSameWithJson) {
+  const TempFolder folder;
+  const ToolResult result = RunTool({"vars", "--json", WriteFile(folder.File("x.pmml"), Pmml("<DataField/>"))});
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.out, IsEmpty());
+  EXPECT_THAT(result.err, HasSubstr("status 108"));
+}
+
+TEST(Refusal, NamesFromTheDocumentCannotSteerTheTerminalNorFillIt) {
+  const TempFolder folder;
+  const std::string name = "a&#x9b;31m&#x202e;" + std::string(100'000, 'x');
+  const std::string file = WriteFile(folder.File("x.pmml"), Pmml("<DataField name='" + name + "'/>"));
+  const ToolResult result = RunTool({"vars", file});
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.err, HasSubstr("DataField \"a\\u{9b}31m\\u{202e}xxx"));
+  EXPECT_LT(result.err.size(), 2'000u);
+}
+
+TEST(Refusal, OfADocumentWithFarTooManyNamesTakesNoSecondLook) {
+  std::string document = "<PMML>";
+  for (int i = 0; i < 100'000; ++i) document += "<n" + std::to_string(i) + "/>";
+  document += "</PMML>";
+  const TempFolder folder;
+  const auto start = std::chrono::steady_clock::now();
+  const ToolResult result = RunTool({"vars", WriteFile(folder.File("x.pmml"), document)});
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.err, HasSubstr("too many different names"));
+}
+
+TEST(Refusal, OfADocumentThatTheMemoryCannotHoldIsToldInOneLine) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer needs more address space than that";
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+  GTEST_SKIP() << "the sanitizer needs more address space than that";
+#endif
+#endif
+  std::string fields;
+  for (int i = 0; i < 150'000; ++i) {
+    fields += "<DataField name='field" + std::to_string(i) + "' optype='continuous' dataType='double'/>\n";
+  }
+  const TempFolder folder;
+  const std::string file = WriteFile(folder.File("x.pmml"), Pmml(fields));
+  const ToolResult result = RunTool(ToolCall{.arguments = {"vars", file}, .memoryLimit = 100'000'000});
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.out, IsEmpty());
+  EXPECT_THAT(result.err, MatchesRegex("rqxml: there is not enough memory for this document\n"));
+}
+
+}  // namespace

@@ -1,0 +1,72 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "tests/support/files.h"
+#include "tests/tool/run_tool.h"
+
+using nlohmann::json;
+using rqtest::ReadFile;
+using rqtest::RunTool;
+using rqtest::ToolResult;
+using ::testing::HasSubstr;
+
+namespace {
+
+// Documents by other producers, which are no part of the project.
+std::vector<std::string> Samples() {
+  const char* const folder = std::getenv("RQXML_SAMPLES");
+  std::vector<std::string> samples;
+  if (folder == nullptr) return samples;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() == ".pmml") samples.push_back(entry.path().string());
+  }
+  return samples;
+}
+
+// The names of the fields, read without any XML parser. None of the documents has entities in them.
+std::vector<std::string> FieldNames(const std::string& document) {
+  const std::regex pattern("<DataField\\s[^>]*\\bname=\"([^\"]*)\"");
+  std::vector<std::string> names;
+  for (std::sregex_iterator i(document.begin(), document.end(), pattern), end; i != end; ++i) names.push_back((*i)[1]);
+  return names;
+}
+
+TEST(Samples, GiveAVariableForEachFieldOrTellTheFieldThatIsNotRead) {
+  const std::vector<std::string> samples = Samples();
+  if (samples.empty()) GTEST_SKIP() << "RQXML_SAMPLES names no folder with PMML documents";
+  for (const std::string& sample : samples) {
+    const std::string document = ReadFile(sample);
+    const ToolResult result = RunTool({"vars", "--json", sample});
+    if (document.find("dataType=\"boolean\"") != std::string::npos) {
+      EXPECT_EQ(result.exitCode, 1) << sample << result;
+      EXPECT_THAT(result.err, HasSubstr("dataType=\"boolean\" is not read\n  status 109"));
+      continue;
+    }
+    EXPECT_EQ(result.exitCode, 0) << sample << result;
+    std::vector<std::string> names;
+    const json parsed = json::parse(result.out);
+    for (const json& variable : parsed.at("variables")) names.push_back(variable.at("name"));
+    EXPECT_EQ(names, FieldNames(document)) << sample;
+  }
+}
+
+TEST(Samples, GiveBinsOrTellTheFieldThatHasNone) {
+  const std::vector<std::string> samples = Samples();
+  if (samples.empty()) GTEST_SKIP() << "RQXML_SAMPLES names no folder with PMML documents";
+  for (const std::string& sample : samples) {
+    const ToolResult result = RunTool({"vars", "--bins", sample});
+    if (result.exitCode == 0) continue;
+    EXPECT_EQ(result.exitCode, 1) << sample << result;
+    EXPECT_THAT(result.err, ::testing::AnyOf(HasSubstr("status 110"), HasSubstr("status 109"))) << sample;
+    EXPECT_THAT(result.err, HasSubstr(": DataField \"")) << sample;
+  }
+}
+
+}  // namespace
