@@ -4,11 +4,26 @@
 
 #include <cstdio>
 #include <cstring>
-#include <string>
+#include <vector>
 
 #include "workload.h"
 
 namespace {
+
+// The columns of each table: what the benchmark counts, and the digits behind the point.
+struct Column {
+  const char* counter;
+  int digits;
+};
+using Columns = std::vector<Column>;
+
+Columns ColumnsOf(const benchmark::UserCounters& counters) {
+  if (counters.count("x_floor") > 0)
+    return {{"MB", 1}, {"floor_ms", 1}, {"subject_ms", 1}, {"x_floor", 3}, {"x_quarter", 3}, {"x_three_quarters", 3}};
+  if (counters.count("exponent") > 0) return {{"ms_1k", 2}, {"ms_10k", 2}, {"ms_100k", 1}, {"exponent", 3}};
+  if (counters.count("x_library") > 0) return {{"ns", 0}, {"x_library", 3}};
+  return {{"ms", 1}};
+}
 
 class MarkdownReporter final : public benchmark::BenchmarkReporter {
  public:
@@ -20,14 +35,10 @@ class MarkdownReporter final : public benchmark::BenchmarkReporter {
 
  private:
   static void PrintRow(const Run& run) {
-    std::string row = "| " + run.run_name.function_name + " " + run.run_name.args + " |";
-    for (const auto& [name, counter] : run.counters) {
-      char text[64];
-      std::snprintf(text, sizeof text, " %s %.*f,", name.c_str(), counter.value < 10 ? 3 : 1, counter.value);
-      row += text;
-    }
-    row.back() = ' ';
-    std::puts((row + "|").c_str());
+    std::printf("| %s %s |", run.run_name.function_name.c_str(), run.run_name.args.c_str());
+    for (const auto& [counter, digits] : ColumnsOf(run.counters))
+      std::printf(" %.*f |", digits, run.counters.at(counter).value);
+    std::puts("");
   }
 };
 

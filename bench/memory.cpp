@@ -89,9 +89,8 @@ void PrintRow(std::size_t fields, Variant variant) {
   Peaks peaks = InChild([=] { return MeasureSubject(MakeDocument(fields, variant)); });
   peaks.floor = floor.floor;
   constexpr double kMega = 1e6;
-  std::printf("| %s %zu | bare parse %.1f MB, subject %.1f MB, variables kept %.1f MB | %.3f |\n", NameOf(variant),
-              fields, peaks.floor / kMega, peaks.subject / kMega, peaks.variables / kMega,
-              (peaks.subject - peaks.variables) / peaks.floor);
+  std::printf("| %s %zu | %.1f | %.1f | %.1f | %.3f |\n", NameOf(variant), fields, peaks.floor / kMega,
+              peaks.subject / kMega, peaks.variables / kMega, (peaks.subject - peaks.variables) / peaks.floor);
   std::fflush(stdout);
 }
 

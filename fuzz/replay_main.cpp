@@ -24,7 +24,7 @@ std::vector<fs::path> FilesOf(const fs::path& path) {
   if (!fs::is_directory(path)) return {path};
   std::vector<fs::path> files;
   for (const auto& entry : fs::recursive_directory_iterator(path))
-    if (entry.is_regular_file() && entry.path().filename() != ".gitignore") files.push_back(entry.path());
+    if (entry.is_regular_file()) files.push_back(entry.path());
   return files;
 }
 
