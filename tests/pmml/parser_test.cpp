@@ -11,6 +11,7 @@
 #include "rqxml/pmml/RQPMMLParser.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "tests/support/dom.h"
+#include "tests/support/leaks.h"
 #include "tests/support/platform.h"
 #include "tests/support/pmml.h"
 #include "tests/support/streams.h"
@@ -196,6 +197,7 @@ TEST_F(Parser, StreamThatGoesBadIsAFailedParse) {
 }
 
 TEST_F(Parser, ExceptionThatTheStreamIsSetToThrowPassesOut) {
+  const rqtest::LeaksOfTheLibrary leaks;
   ASSERT_EQ(Parse(parser_, kGood), Ok());
   rqtest::FailingBuf buffer("<PMML>");
   std::istream stream(&buffer);

@@ -19,6 +19,7 @@
 #include "rqxml/xml/RQXMLUtil.h"
 #include "tests/support/dom.h"
 #include "tests/support/files.h"
+#include "tests/support/leaks.h"
 #include "tests/support/platform.h"
 #include "tests/support/status.h"
 #include "tests/support/streams.h"
@@ -213,6 +214,7 @@ TEST_F(ReadWrite, ValidityErrorsAndWarningsGoUnheard) {
 }
 
 TEST_F(ReadWrite, LoadsTheExternalDtdBesideAFile) {
+  const rqtest::LeaksOfTheLibrary leaks;
   WriteFile(File("a.dtd"), "<!ATTLIST a b CDATA 'default'><!ENTITY e 'entity'>");
   ASSERT_EQ(reader_.ParseToDOM(WriteFile(File("a.xml"), "<!DOCTYPE a SYSTEM 'a.dtd'><a>&e;</a>")), Ok());
   const xercesc::DOMElement* const root = reader_.GetDocument()->getDocumentElement();
@@ -366,6 +368,7 @@ TEST_F(ReadWrite, EmptyFileNameIsAFailedParse) {
 }
 
 TEST_F(ReadWrite, DirectoryIsAFailedParse) {
+  const rqtest::LeaksOfTheLibrary leaks;
   EXPECT_EQ(reader_.ParseToDOM(folder_.Path()), Failure(104));
   EXPECT_EQ(reader_.GetXercesMessage(), "unable to read data from file");
   ExpectEmptyAndUsable(reader_);
@@ -414,6 +417,7 @@ TEST_F(ReadWrite, MessageIsUtf8) {
 }
 
 TEST_F(ReadWrite, FailedParseForgetsTheMessageOfTheOneBefore) {
+  const rqtest::LeaksOfTheLibrary leaks;
   EXPECT_EQ(reader_.ParseToDOM(File("missing.xml")), Failure(104));
   EXPECT_EQ(reader_.ParseToDOM(folder_.Path()), Failure(104));
   EXPECT_THAT(reader_.GetXercesMessage(), Not(HasSubstr("missing.xml")));
@@ -495,6 +499,7 @@ TEST_F(ReadWrite, StreamAtItsEndIsAnEmptyDocument) {
 }
 
 TEST_F(ReadWrite, ExceptionThatTheStreamIsSetToThrowPassesOut) {
+  const rqtest::LeaksOfTheLibrary leaks;
   FailingBuf buffer("<a><b/>");
   std::istream stream(&buffer);
   stream.exceptions(std::ios::badbit);
