@@ -1,4 +1,4 @@
-# Installs both libraries, the public headers, the CMake package, rqxml.pc and the tool. The installed tree can be
+# Installs both libraries, the public headers, the CMake package, rqxml.pc, and the tool with its manual page. The installed tree can be
 # moved: nothing in it names the place where it was installed.
 
 include(CMakePackageConfigHelpers)
@@ -44,4 +44,5 @@ if(TARGET rqxml_tool)
   file(RELATIVE_PATH RQXML_BIN_TO_LIB "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(rqxml_tool PROPERTIES INSTALL_RPATH "$ORIGIN/${RQXML_BIN_TO_LIB}")
   install(TARGETS rqxml_tool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/rqxml.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()
