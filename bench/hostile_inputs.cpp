@@ -131,6 +131,24 @@ std::string CollidingAttributesOnOneElement(std::size_t bytes) {
   });
 }
 
+// The text, UTF-8 of at most three bytes a character, as UTF-16 with the high byte first.
+std::string AsUtf16(const std::string& text) {
+  std::string wide = "\xFE\xFF";
+  unsigned unit = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const bool continues = (byte & 0xC0U) == 0x80U;
+    unit = continues ? (unit << 6U) | (byte & 0x3FU) : byte < 0x80U ? byte : byte & (byte < 0xE0U ? 0x1FU : 0x0FU);
+    const bool last = i + 1 == text.size() || (static_cast<unsigned char>(text[i + 1]) & 0xC0U) != 0x80U;
+    if (last) wide += {static_cast<char>(unit >> 8U), static_cast<char>(unit & 0xFFU)};
+  }
+  return wide;
+}
+
+std::string CollidingAttributesInUtf16(std::size_t bytes) {
+  return AsUtf16(CollidingAttributesOnOneElement(bytes * 4 / 5));
+}
+
 std::string OneCollidingAttributeOnEachElement(std::size_t bytes) {
   return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<a ", CollidingName(i), "=''/>"}); });
 }
@@ -211,7 +229,10 @@ std::string HugeTextOfWideCharacters(std::size_t bytes) { return InDictionary(by
 std::string Comments(std::size_t bytes) { return InDictionary(bytes, "<!---->"); }
 std::string Instructions(std::size_t bytes) { return InDictionary(bytes, "<?a?>"); }
 std::string InstructionsOfNewNames(std::size_t bytes) {
-  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<?", ShortName(i), "?>"}); });
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<?p", ShortName(i), "?>"}); });
+}
+std::string InstructionsOfCollidingNames(std::size_t bytes) {
+  return Fill(bytes, kOpen, kClose, [](std::size_t i) { return Join({"<?", CollidingName(i), "?>"}); });
 }
 std::string Sections(std::size_t bytes) { return InDictionary(bytes, "<![CDATA[]]>"); }
 std::string SectionsBetweenTexts(std::size_t bytes) { return InDictionary(bytes, "x<![CDATA[y]]>"); }
@@ -312,6 +333,7 @@ const std::vector<HostileShape>& HostileShapes() {
       {"siblings of new names", SiblingsOfNewNames},
       {"siblings of new names with one hash", SiblingsOfCollidingNames},
       {"attributes with one hash on one element", CollidingAttributesOnOneElement},
+      {"attributes with one hash on one element, UTF-16", CollidingAttributesInUtf16},
       {"one new attribute with one hash on each of many elements", OneCollidingAttributeOnEachElement},
       {"one long element name", LongElementName},
       {"many element names of 1,000 characters", LongElementNames},
@@ -339,6 +361,7 @@ const std::vector<HostileShape>& HostileShapes() {
       {"comments behind the root", CommentsBehindTheRoot},
       {"processing instructions", Instructions},
       {"processing instructions of new names", InstructionsOfNewNames},
+      {"processing instructions of new names with one hash", InstructionsOfCollidingNames},
       {"empty CDATA sections", Sections},
       {"CDATA sections between texts", SectionsBetweenTexts},
       {"short texts between elements", ShortTextsBetweenElements},
