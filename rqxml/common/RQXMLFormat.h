@@ -14,7 +14,7 @@ namespace RQXML_NAMESPACE {
 /// @param value  the number
 /// @param flag   true keeps a decimal point in whole numbers: "3.0", "1.0e+300"
 /// @param buffer null, or a place for at least 32 bytes that also receives the zero-terminated text
-/// @throws std::bad_alloc never in practice: the text fits the small-string storage or needs one allocation
+/// @throws std::bad_alloc when a text too long for the string itself finds no memory
 RQ_API std::string Format(double value, bool flag, char* buffer);
 
 }  // namespace RQXML_NAMESPACE

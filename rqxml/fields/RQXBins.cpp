@@ -4,23 +4,22 @@
 #include "rqxml/fields/RQXFieldReader.h"
 #include "rqxml/xml/RQXDomWalk.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"
 
 namespace RQXPrsUtil {
 
 namespace {
 
-constexpr XMLCh kDerivedField[] = u"DerivedField";
 constexpr XMLCh kDiscretize[] = u"Discretize";
 constexpr XMLCh kDiscretizeBin[] = u"DiscretizeBin";
-constexpr XMLCh kInterval[] = u"Interval";
 constexpr XMLCh kField[] = u"field";
 
 /// Shows each "Discretize" that names its field, in document order, to `visit` until that is true.
 template <class Visit>
 void VisitDiscretizes(const xercesc::DOMElement& transDictionary, Visit visit) {
-  for (auto* derived = FirstChild(transDictionary, kDerivedField); derived;
-       derived = NextSibling(*derived, kDerivedField)) {
+  for (auto* derived = FirstChild(transDictionary, Names::kDerivedField); derived;
+       derived = NextSibling(*derived, Names::kDerivedField)) {
     for (auto* discretize = FirstChild(*derived, kDiscretize); discretize;
          discretize = NextSibling(*discretize, kDiscretize)) {
       const XMLCh* const field = AttributeOf(*discretize, kField);
@@ -65,9 +64,10 @@ void ReadBins(const xercesc::DOMElement& discretize, RQXBins& bins) {
   bool first = true;
   for (auto* bin = FirstChild(discretize, kDiscretizeBin); bin; bin = NextSibling(*bin, kDiscretizeBin)) {
     AppendLabel(*bin, u"binValue", bins.labels);
-    for (auto* interval = FirstChild(*bin, kInterval); interval; interval = NextSibling(*interval, kInterval)) {
-      bins.edges.push_back(ReadMargin(*interval, u"rightMargin", RQXField::kHighest));
-      if (first) bins.edges.front() = ReadMargin(*interval, u"leftMargin", RQXField::kLowest);
+    for (auto* interval = FirstChild(*bin, Names::kInterval); interval;
+         interval = NextSibling(*interval, Names::kInterval)) {
+      bins.edges.push_back(ReadMargin(*interval, Names::kRightMargin, RQXField::kHighest));
+      if (first) bins.edges.front() = ReadMargin(*interval, Names::kLeftMargin, RQXField::kLowest);
       first = false;
     }
   }

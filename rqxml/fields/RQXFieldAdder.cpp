@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "rqxml/xml/RQXDomWalk.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
@@ -51,10 +52,9 @@ const std::string& MissingLabel(const RQXField& field, std::size_t i) {
 }
 
 void TellMissingValues(RQVarList& vars, int index, const RQXField& field, const RQXAddRules& rules) {
-  const bool texts = !field.missingTexts.empty() && (field.categorical || !rules.textsByMeasure);
-  if (!texts && field.missingNumbers.empty() && !field.HasInvalidRange()) return;
   IRQEncoder* const encoder = vars.GetEncoderAt(index);
   if (!encoder) return;
+  const bool texts = field.categorical || !rules.textsByMeasure;
   for (std::size_t i = 0; i < field.missingNumbers.size(); ++i) {
     encoder->AddNumMissingValue(field.missingNumbers[i], MissingLabel(field, i));
   }
@@ -83,7 +83,7 @@ RQXBinSource::RQXBinSource(bool wanted, const xercesc::DOMElement* transDictiona
 }
 
 bool RQXBinSource::Read(const xercesc::DOMElement& element, RQXBins& bins) const {
-  const xercesc::DOMElement* const discretize = fIndex ? fIndex->Find(AttributeOf(element, u"name")) : nullptr;
+  const xercesc::DOMElement* const discretize = fIndex ? fIndex->Find(AttributeOf(element, Names::kName)) : nullptr;
   if (!discretize) return false;
   ReadBins(*discretize, bins);
   return true;

@@ -1,6 +1,7 @@
 #include "rqxml/fields/RQXFieldReader.h"
 
 #include "rqxml/xml/RQXDomWalk.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
@@ -35,7 +36,7 @@ RQCommon::RQStatus ReadChildren(const xercesc::DOMElement& element, const RQXFie
 
 RQCommon::RQStatus ReadField(const xercesc::DOMElement& element, const RQXFieldDialect& dialect, RQXField& field) {
   field.Reset();
-  const XMLCh* const name = AttributeOf(element, u"name");
+  const XMLCh* const name = AttributeOf(element, Names::kName);
   if (!name) return kMissing;
   AssignUTF8(name, field.name);
   AssignUTF8(AttributeOf(element, dialect.labelAttribute), field.label);
@@ -51,15 +52,15 @@ void ReadValue(const xercesc::DOMElement& value, RQXField& field) {
   if (!value.hasAttributes()) return;
   const XMLCh* const property = AttributeOf(value, u"property");
   const bool valid = !property || XStrEquals(property, u"valid");
-  AppendValue(value, u"value", field.numeric, valid ? field.numbers : field.missingNumbers,
+  AppendValue(value, Names::kValueAttribute, field.numeric, valid ? field.numbers : field.missingNumbers,
               valid ? field.texts : field.missingTexts);
   AppendLabel(value, u"displayValue", valid ? field.labels : field.missingLabels);
 }
 
 void ReadInvalidRange(const xercesc::DOMElement& extension, RQXField& field) {
   double bound = 0;
-  if (ReadDoubleAttribute(extension, u"value", bound) != RQXNumberAttribute::Good) return;
-  const XMLCh* const name = AttributeOf(extension, u"name");
+  if (ReadDoubleAttribute(extension, Names::kValueAttribute, bound) != RQXNumberAttribute::Good) return;
+  const XMLCh* const name = AttributeOf(extension, Names::kName);
   if (!name) return;
   if (XStrEquals(name, u"invalidRangeLower")) field.invalidLower = bound;
   if (XStrEquals(name, u"invalidRangeUpper")) field.invalidUpper = bound;

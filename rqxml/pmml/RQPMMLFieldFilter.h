@@ -1,7 +1,10 @@
 #ifndef RQXML_PMML_RQPMMLFIELDFILTER_H
 #define RQXML_PMML_RQPMMLFIELDFILTER_H
 
+#include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -19,9 +22,13 @@ class RQPMMLFieldFilter {
   bool Wants(const xercesc::DOMElement& field) const;
 
  private:
+  struct Hash {
+    using is_transparent = void;  // asked with a view of the document's own text
+    std::size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>()(name); }
+  };
+
   bool fAll;
-  std::unordered_set<std::u16string> fOwned;
-  std::unordered_set<std::u16string_view> fNames;  // views of the owned names, to be asked without a copy
+  std::unordered_set<std::u16string, Hash, std::equal_to<>> fNames;
 };
 
 }  // namespace RQXPrsUtil

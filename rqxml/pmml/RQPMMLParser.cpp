@@ -9,14 +9,13 @@
 #include "rqxml/pmml/RQPMMLFieldFilter.h"
 #include "rqxml/xml/RQXDomParser.h"
 #include "rqxml/xml/RQXDomWalk.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXPlatform.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
 
 namespace {
-
-constexpr XMLCh kDataField[] = u"DataField";
 
 // Storage types are accepted without being handed on.
 constexpr RQXTypeWord kDataTypes[] = {
@@ -40,8 +39,8 @@ constexpr RQXTypeWord kDataTypes[] = {
 
 /// The range that "Interval" children give is not read from models.
 RQCommon::RQStatus ReadChild(const xercesc::DOMElement& child, RQXField& field) {
-  if (HasTag(child, u"Value")) ReadValue(child, field);
-  if (field.numeric && HasTag(child, u"Extension")) ReadInvalidRange(child, field);
+  if (HasTag(child, Names::kValueElement)) ReadValue(child, field);
+  if (field.numeric && HasTag(child, Names::kExtension)) ReadInvalidRange(child, field);
   return {};
 }
 
@@ -110,7 +109,8 @@ RQCommon::RQStatus RQPMMLParser::FillVarList(RQMTD_NAMESPACE::RQVarList& vars, c
   const RQPMMLFieldFilter filter(names);
   const RQXBinSource bins(useBins, fTransDictionary);
   RQXField field;
-  for (auto* element = FirstChild(*fDataDictionary, kDataField); element; element = NextSibling(*element, kDataField)) {
+  for (auto* element = FirstChild(*fDataDictionary, Names::kDataField); element;
+       element = NextSibling(*element, Names::kDataField)) {
     if (!filter.Wants(*element)) continue;
     RQCommon::RQStatus status = ReadField(*element, kDataFieldDialect, field);
     if (status.IsOK()) status = AddFieldWithBins(vars, *element, field, bins, RQXAddRules());

@@ -19,7 +19,8 @@ class RQXDomParser;
 ///
 /// The status of construction and of the last parse is kept; while it is not OK every operation returns it. Each
 /// object starts the XML library in its constructor and stops it in its destructor; these two, like all starts and
-/// stops of the XML library, must not run concurrently. One object is used by one thread at a time.
+/// stops of the XML library, must not run concurrently; a parse that ends with an exception counts as a start. One
+/// object is used by one thread at a time. What RQXMLReadWrite says of documents with very many names holds here too.
 class RQ_API RQPMMLParser {
  public:
   /// Starts the XML library and creates the parser; 103 as the status when the library threw an XMLException.

@@ -12,12 +12,12 @@ namespace RQXPrsUtil {
 
 namespace {
 
-/// What one level of the XML library's recursion takes at the most (128 bytes measured), with a wide margin.
-constexpr std::size_t kBytesPerLevel = 512;
+/// What one level of the XML library's recursion takes (128 bytes measured), with a margin.
+constexpr std::size_t kBytesPerLevel = 160;
 /// Kept free below the recursion for the innermost calls, signal handlers and the like.
 constexpr std::size_t kReserve = 64 * 1024;
-/// Levels that any thread's stack has room for; shallower trees need no look at the stack.
-constexpr std::size_t kAlwaysFits = 256;
+/// Levels that cost no more than the calls of any other operation; shallower trees need no look at the stack.
+constexpr std::size_t kAlwaysFits = 64;
 
 /// The number of levels below `root`.
 std::size_t GetDepth(const xercesc::DOMNode& root) {

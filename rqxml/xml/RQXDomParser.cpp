@@ -2,6 +2,7 @@
 
 #include <istream>
 #include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/framework/URLInputSource.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
@@ -11,6 +12,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TranscodingException.hpp>
+#include <xercesc/util/XMLURL.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include "rqxml/xml/RQXInputSource.h"
@@ -32,6 +34,10 @@ std::unique_ptr<xercesc::InputSource> MakeFileSource(const XMLCh* name) {
   xercesc::XMLURL url(xercesc::XMLPlatformUtils::fgMemoryManager);
   if (xercesc::XMLURL::parse(name, url) && !url.isRelative()) return std::make_unique<xercesc::URLInputSource>(url);
   return std::make_unique<xercesc::LocalFileInputSource>(name);
+}
+
+bool IsVersion11(const xercesc::DOMDocument* document) {
+  return document && xercesc::XMLString::equals(document->getXmlVersion(), u"1.1");
 }
 
 }  // namespace
@@ -87,9 +93,10 @@ RQXDomParser::Result RQXDomParser::Run(Step step) {
 void RQXDomParser::ParseWatched(const xercesc::InputSource& source) {
   fTail.Restart();
   fLimits.Restart();
+  fMarkup.Restart();
   const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) {
     fTail.Add(bytes);
-    if (!fLimits.AdmitsBytes(bytes)) StopForNames();
+    if (!fLimits.AdmitsMarkup(fMarkup.Add(bytes))) StopForNames();
   };
   parse(RQXWatchedSource(source, watcher));
 }
@@ -126,7 +133,7 @@ void RQXDomParser::endDocument() {
     throw xercesc::SAXParseException(u"invalid character 0x0", locator->getPublicId(), locator->getSystemId(),
                                      locator->getLineNumber(), locator->getColumnNumber(), getMemoryManager());
   }
-  if (fTail.EndsWithWholeCharacter(reader->getEncodingStr())) return;
+  if (fTail.EndsWithWholeCharacter(reader->getEncodingStr(), IsVersion11(getDocument()))) return;
   throw xercesc::TranscodingException(__FILE__, __LINE__, xercesc::XMLExcepts::Trans_BadSrcSeq, getMemoryManager());
 }
 
@@ -149,7 +156,13 @@ void RQXDomParser::StopForNames() {
 }
 
 void RenewIfLocked(std::unique_ptr<RQXDomParser>& parser) {
-  if (parser && parser->IsLocked()) parser = std::make_unique<RQXDomParser>();
+  if (!parser->IsLocked()) return;
+  try {
+    parser = std::make_unique<RQXDomParser>();
+  } catch (...) {
+    KeepPlatform();
+    throw;
+  }
 }
 
 }  // namespace RQXPrsUtil

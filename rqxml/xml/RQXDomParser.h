@@ -9,6 +9,7 @@
 #include "rqxml/common/RQStatus.h"
 #include "rqxml/xml/RQXInputLimits.h"
 #include "rqxml/xml/RQXInputTail.h"
+#include "rqxml/xml/RQXMarkupText.h"
 
 namespace RQXPrsUtil {
 
@@ -65,6 +66,7 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
 
   RQXInputTail fTail;
   RQXInputLimits fLimits;
+  RQXMarkupText fMarkup;
   std::string fInputMessage;
   bool fInputFailed = false;
   bool fLocked = false;

@@ -17,9 +17,7 @@ namespace RQXPrsUtil {
 class RQXInputLimits {
  public:
   /// How many different element names, different attribute names, and attributes of one element are bearable.
-  static constexpr std::size_t kMostNames = 10'000;
-  /// How many attributes one start tag may have before the scanner has even finished reading it.
-  static constexpr std::size_t kMostInOneTag = 2 * kMostNames;
+  static constexpr std::size_t kMostNames = 12'000;
 
   /// A new document starts.
   void Restart();
@@ -37,13 +35,15 @@ class RQXInputLimits {
     return fNames.size() < kMostNames ? (fNames.insert(pooledName), true) : fNames.count(pooledName) > 0;
   }
 
-  /// The next bytes of the input. Follows a start tag that spans whole reads, as only one with very many attributes
-  /// or very long ones does; the scanner compares its attributes with each other before it reports any.
-  bool AdmitsBytes(std::string_view bytes);
+  /// The next piece of the input, as RQXMarkupText shows it. Follows a start tag that spans whole pieces, as only one
+  /// with very many attributes or very long ones does; the scanner compares the attributes of a tag with each other
+  /// before it reports any.
+  bool AdmitsMarkup(std::string_view text);
 
  private:
-  enum class Place { Elsewhere, Opened, InTag };
-  void Follow(std::string_view bytes);
+  enum class Place { Elsewhere, Opened, InTag, AfterEquals };
+  void Follow(std::string_view text);
+  void Step(char byte);
 
   std::array<const XMLCh*, 64> fRecent{};
   std::unordered_set<const XMLCh*> fNames;

@@ -8,8 +8,9 @@ namespace RQXPrsUtil {
 
 namespace {
 
-bool IsEndOfDocument(unsigned int unit) {
-  return unit == '>' || unit == ' ' || unit == '\n' || unit == '\r' || unit == '\t';
+bool MayEndDocument(unsigned int unit, bool version11) {
+  if (unit == '>' || unit == ' ' || unit == '\n' || unit == '\r' || unit == '\t') return true;
+  return version11 && (unit == 0x85 || unit == 0x2028);
 }
 
 /// How long the XML library takes the sequence after this lead byte to be, the byte itself included; 0xFE and 0xFF
@@ -34,30 +35,16 @@ void RQXInputTail::Add(std::string_view bytes) {
   for (std::size_t i = 0; i < taken; ++i) fLast[kKept - taken + i] = byteAt(bytes.size() - taken + i);
 }
 
-bool RQXInputTail::EndsWithWholeCharacter(const XMLCh* encoding) const {
-  switch (GetFamily()) {
-    case Family::Units16:
-      return EndsLikeUnits(2);
-    case Family::Units32:
-      return EndsLikeUnits(4);
-    case Family::Ebcdic:
-      return true;  // single-byte code pages in practice: every byte is a character
-    case Family::Bytes:
-      break;
+bool RQXInputTail::EndsWithWholeCharacter(const XMLCh* encoding, bool version11) const {
+  using xercesc::XMLString;
+  using xercesc::XMLUni;
+  if (XMLString::equals(encoding, XMLUni::fgUTF8EncodingString) ||
+      XMLString::equals(encoding, XMLUni::fgUTF8EncodingString2)) {
+    return EndsWithWholeUtf8();
   }
-  if (xercesc::XMLString::equals(encoding, xercesc::XMLUni::fgUTF8EncodingString) && !EndsWithWholeUtf8()) return false;
-  return EndsLikeAscii();
-}
-
-RQXInputTail::Family RQXInputTail::GetFamily() const {
-  if (fTotal < fHead.size()) return Family::Bytes;
-  const unsigned int first = static_cast<unsigned int>(fHead[0] << 8 | fHead[1]);
-  const unsigned int second = static_cast<unsigned int>(fHead[2] << 8 | fHead[3]);
-  if (first == 0x4C6F && second == 0xA794) return Family::Ebcdic;
-  if (first == 0 && (second == 0xFEFF || second == 0x003C)) return Family::Units32;
-  if ((first == 0xFFFE || first == 0x3C00) && second == 0) return Family::Units32;
-  if (first == 0xFEFF || first == 0xFFFE || first == 0x003C || first == 0x3C00) return Family::Units16;
-  return Family::Bytes;
+  const RQXEncodingFamily family = fTotal < fHead.size() ? RQXEncodingFamily::Ascii : DetectFamily(fHead);
+  // Of EBCDIC encodings only rare ones have characters of two bytes, and those close them with a shift.
+  return family == RQXEncodingFamily::Ebcdic || EndsWithWholeUnit(family, version11);
 }
 
 bool RQXInputTail::EndsWithWholeUtf8() const {
@@ -68,21 +55,12 @@ bool RQXInputTail::EndsWithWholeUtf8() const {
   return true;
 }
 
-bool RQXInputTail::EndsLikeAscii() const {
-  // An ISO-2022 document may close with the sequence that returns to ASCII.
-  if (fLast[kKept - 3] == 0x1B && fLast[kKept - 2] == '(' && fLast[kKept - 1] == 'B') return true;
-  return IsEndOfDocument(fLast[kKept - 1]);
-}
-
-bool RQXInputTail::EndsLikeUnits(std::size_t size) const {
+bool RQXInputTail::EndsWithWholeUnit(RQXEncodingFamily family, bool version11) const {
+  const std::size_t size = GetUnitSize(family);
   if (fTotal % size != 0) return false;
-  unsigned int unit = 0;
-  unsigned int bytesSet = 0;
-  for (std::size_t i = kKept - size; i < kKept; ++i) {
-    unit |= fLast[i];
-    if (fLast[i] != 0) ++bytesSet;
-  }
-  return bytesSet == 1 && IsEndOfDocument(unit);
+  // An ISO-2022 document may close with the sequence that returns to ASCII.
+  if (size == 1 && fLast[kKept - 3] == 0x1B && fLast[kKept - 2] == '(' && fLast[kKept - 1] == 'B') return true;
+  return MayEndDocument(MakeUnit(&fLast[kKept - size], family), version11);
 }
 
 }  // namespace RQXPrsUtil

@@ -2,11 +2,11 @@
 
 #include <istream>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/LocalFileFormatTarget.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "rqxml/xml/RQXDepth.h"
 #include "rqxml/xml/RQXDomParser.h"
+#include "rqxml/xml/RQXFileTarget.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXPlatform.h"
 #include "rqxml/xml/RQXStatusCodes.h"
@@ -48,14 +48,13 @@ const XMLCh* GetReplacedEncoding(const xercesc::DOMDocument& document) {
 
 /// Serialises into the target; 118 for every failure.
 RQCommon::RQStatus Serialise(xercesc::DOMImplementation& implementation, xercesc::DOMLSSerializer& serializer,
-                             const xercesc::DOMDocument& document, xercesc::LocalFileFormatTarget& target,
-                             std::string& message) {
+                             const xercesc::DOMDocument& document, RQXFileTarget& target, std::string& message) {
   try {
     const Output output(implementation.createLSOutput());
     output->setByteStream(&target);
     if (const XMLCh* const encoding = GetReplacedEncoding(document)) output->setEncoding(encoding);
     serializer.write(&document, output.get());
-    target.flush();  // the destructor would swallow the news of a full disk
+    target.Close();  // a full disk may show itself only now
     return {};
   } catch (const xercesc::XMLException& e) {
     message = ToUTF8(e.getMessage());
@@ -105,8 +104,8 @@ RQCommon::RQStatus RQXMLReadWrite::WriteFromDOM(const std::string& fileName,
     auto& implementation = *xercesc::DOMImplementationRegistry::getDOMImplementation(u"LS");
     const Serializer serializer(implementation.createLSSerializer(xercesc::XMLPlatformUtils::fgMemoryManager));
     KeepAsWritten(*serializer);
-    xercesc::LocalFileFormatTarget file(fileName.c_str(), xercesc::XMLPlatformUtils::fgMemoryManager);
     if (!FitsTheStack(*target)) return {WriteFailed, false};
+    RQXFileTarget file(fileName.c_str());
     return Serialise(implementation, *serializer, *target, file, fMessage);
   } catch (...) {
     KeepPlatform();

@@ -16,8 +16,12 @@ class RQXDomParser;
 /// Reads XML documents from files and streams into DOM trees, and writes DOM trees to files.
 ///
 /// Each object starts the XML library in its constructor and stops it in its destructor; the library counts these
-/// calls. Constructing and destroying objects, and anything else that starts or stops the XML library, must not run
-/// concurrently; apart from that one object is used by one thread at a time.
+/// calls. Constructing and destroying objects, anything else that starts or stops the XML library, and a parse or write
+/// that ends with an exception (it keeps the library up for the rest of the process, so that the exception stays
+/// readable) must not run concurrently; apart from that one object is used by one thread at a time.
+///
+/// A document with more than 12,000 different element names, as many attribute names, or as many attributes on one
+/// element counts as unreadable (104): the XML library would take time in proportion to their square.
 ///
 /// DTDs, external entities and network names are treated as the XML library treats them by default, see SECURITY.md.
 class RQ_API RQXMLReadWrite {
@@ -53,8 +57,8 @@ class RQ_API RQXMLReadWrite {
   /// @throws xercesc::XMLException when the file cannot be opened for writing
   RQCommon::RQStatus WriteFromDOM(const std::string& fileName, const xercesc::DOMDocument* document) const;
 
-  /// The text of the last XML library exception that a parse or a write caught, in UTF-8, as the library words it;
-  /// empty when there was none.
+  /// The text of the last XML library exception that a parse or a write caught, in UTF-8, as the library words it (or
+  /// that a document has too many names); empty when there was none.
   std::string GetXercesMessage() const;
 
   /// The document of the last successful parse, or null. Owned by this object and valid until it parses again or is

@@ -1,11 +1,14 @@
 #include "rqxml/xml/RQXMLUtil.h"
 
+#include <algorithm>
+#include <string_view>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
 #include "rqxml/common/RQXMLFormat.h"
 #include "rqxml/xml/RQXDomWalk.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"
 #include "rqxml/xml/RQXText.h"
 
@@ -13,10 +16,8 @@ namespace RQXPrsUtil {
 
 namespace {
 
-constexpr XMLCh kExtension[] = u"Extension";
-constexpr XMLCh kExtender[] = u"extender";
-constexpr XMLCh kName[] = u"name";
-constexpr XMLCh kOwnExtender[] = u"rqxml.example";
+/// What marks the "Extension" elements of this library.
+constexpr char kOwnExtender[] = "rqxml.example";
 
 /// A UTF-8 name as UTF-16 text, without an allocation for the short ASCII names that documents are made of.
 class Name {
@@ -47,11 +48,11 @@ auto Named(const char* tagName) {
 /// Fits the "Extension" elements that carry this library's mark.
 auto OwnExtension(const char* name) {
   return [name](const xercesc::DOMElement& element) {
-    if (!HasTag(element, kExtension)) return false;
-    const XMLCh* const extender = AttributeOf(element, kExtender);
-    if (!extender || !XStrEquals(extender, kOwnExtender)) return false;
+    if (!HasTag(element, Names::kExtension)) return false;
+    const XMLCh* const extender = AttributeOf(element, Names::kExtender);
+    if (!extender || !XStrEqualsUTF8Str(extender, kOwnExtender)) return false;
     if (!name) return true;
-    const XMLCh* const ownName = AttributeOf(element, kName);
+    const XMLCh* const ownName = AttributeOf(element, Names::kName);
     return ownName && XStrEqualsUTF8Str(ownName, name);
   };
 }
@@ -186,7 +187,7 @@ xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, const char* t
 xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document, const char* name) {
   xercesc::DOMElement* const element = CreateElement(document, "Extension");
   if (!element) return nullptr;
-  if (SetAttribute(*element, "extender", ToUTF8(kOwnExtender).c_str()) && SetAttribute(*element, "name", name)) {
+  if (SetAttribute(*element, "extender", kOwnExtender) && SetAttribute(*element, "name", name)) {
     return element;
   }
   element->release();

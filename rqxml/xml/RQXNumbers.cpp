@@ -133,7 +133,7 @@ bool ReadInteger(const XMLCh* text, int& value) {
   try {
     value = xercesc::XMLBigInteger(text).intValue();
     return true;
-  } catch (const xercesc::XMLException&) {
+  } catch (...) {
     return false;
   }
 }

@@ -11,7 +11,7 @@ namespace RQXPrsUtil {
 /// the range of double too) and everything else fail and leave `value` as it was.
 bool ReadDouble(const XMLCh* text, double& value);
 
-/// The same for the first units of a longer text.
+/// The same for a text without a terminating zero.
 bool ReadDouble(std::u16string_view text, double& value);
 
 /// Reads an XML Schema integer; one beyond the range of int comes out modulo 2^32. False, and `value` as it was, for

@@ -10,16 +10,16 @@ namespace RQXPrsUtil {
 
 namespace {
 
-/// Stops the platform unless told to leave it; the exception that is on its way must not outlive its memory.
-class PlatformStart {
+/// Balances the start of the platform unless it is dismissed.
+class StopOnFailure {
  public:
-  PlatformStart() = default;
-  ~PlatformStart() {
+  StopOnFailure() = default;
+  ~StopOnFailure() {
     if (fArmed) StopPlatform();
   }
-  PlatformStart(const PlatformStart&) = delete;
-  PlatformStart& operator=(const PlatformStart&) = delete;
-  void Keep() { fArmed = false; }
+  StopOnFailure(const StopOnFailure&) = delete;
+  StopOnFailure& operator=(const StopOnFailure&) = delete;
+  void Dismiss() { fArmed = false; }
 
  private:
   bool fArmed = true;
@@ -53,9 +53,9 @@ void StopPlatform() { xercesc::XMLPlatformUtils::Terminate(); }
 
 RQCommon::RQStatus StartParser(std::unique_ptr<RQXDomParser>& parser) {
   if (const RQCommon::RQStatus status = StartPlatform(); !status.IsOK()) return status;
-  PlatformStart started;
+  StopOnFailure guard;
   if (!MakeParser(parser)) return {XmlStartFailed, false};
-  started.Keep();
+  guard.Dismiss();
   return {};
 }
 

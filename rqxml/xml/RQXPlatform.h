@@ -18,8 +18,8 @@ void StopPlatform();
 /// Makes a parser in place of the one held; false, and none held, when the XML library threw an XMLException.
 bool MakeParser(std::unique_ptr<RQXDomParser>& parser);
 
-/// Starts the XML library and makes a parser: OK, or 103 with the library stopped again and no parser. Other
-/// exceptions pass with the library stopped again.
+/// Starts the XML library and makes a parser: OK, or 103 with no parser and the start balanced. Other exceptions pass,
+/// with the start balanced too.
 RQCommon::RQStatus StartParser(std::unique_ptr<RQXDomParser>& parser);
 
 /// Destroys the parser and stops the XML library; nothing when there is no parser.

@@ -85,14 +85,34 @@ char32_t NextCharacter(const char*& text) {
   return 0;
 }
 
-bool StartsWith(const XMLCh*& xstring, char32_t point) {
+/// Steps over `point` when it comes next.
+bool TakeIf(const XMLCh*& xstring, char32_t point) {
   if (point < 0x10000) return *xstring++ == point;
   const char32_t offset = point - 0x10000;
   if (*xstring++ != 0xD800 + (offset >> 10)) return false;
   return *xstring++ == 0xDC00 + (offset & 0x3FF);
 }
 
+void AppendUTF16(std::u16string& text, char32_t point) {
+  if (point < 0x10000) {
+    text += static_cast<char16_t>(point);
+    return;
+  }
+  text += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
+  text += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+}
+
 }  // namespace
+
+std::u16string DecodeUTF8(const char* string) {
+  std::u16string text;
+  for (const char* next = string; *next != 0;) {
+    const char32_t point = NextCharacter(next);
+    if (point == 0) return ToUTF16(string).data();
+    AppendUTF16(text, point);
+  }
+  return text;
+}
 
 void AssignUTF8(const XMLCh* string, std::string& text) {
   if (!string) return text.clear();
@@ -129,7 +149,7 @@ bool XStrEqualsUTF8Str(const XMLCh* xstring, const char* string) {
   for (const char* next = string; *next != 0;) {
     const char32_t point = NextCharacter(next);
     if (point == 0) return XStrEquals(xstring, ToUTF16(string).data());
-    if (!StartsWith(unit, point)) return false;
+    if (!TakeIf(unit, point)) return false;
   }
   return *unit == 0;
 }

@@ -31,6 +31,9 @@ inline bool XStrEquals(const XMLCh* a, const XMLCh* b) {
 /// Sets `text` to what ToUTF8(string) returns, in the room that it already has where that is enough.
 void AssignUTF8(const XMLCh* string, std::string& text);
 
+/// The units of ToUTF16(string) before the terminating zero.
+std::u16string DecodeUTF8(const char* string);
+
 /// The units before the terminating zero; empty for null.
 inline std::u16string_view AsView(const XMLCh* string) {
   return string ? std::u16string_view(string) : std::u16string_view();

@@ -1,5 +1,6 @@
 #include "rqxml/xml/RQXTranscoder.h"
 
+#include <new>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLString.hpp>
@@ -93,6 +94,8 @@ std::vector<XMLCh> RQXTranscoder::TranscodeFrom(const char* source) const {
   if (fTranscoder) {
     try {
       if (!Decode(ForOneConversion(*fTranscoder).Get(), source, result)) result.clear();
+    } catch (const std::bad_alloc&) {
+      throw;  // says nothing about the text
     } catch (...) {
       result.clear();
     }
@@ -106,6 +109,8 @@ std::string RQXTranscoder::TranscodeTo(const XMLCh* source) const {
   if (!fTranscoder || !source) return result;
   try {
     if (!Encode(ForOneConversion(*fTranscoder).Get(), source, result)) result.clear();
+  } catch (const std::bad_alloc&) {
+    throw;  // says nothing about the text
   } catch (...) {
     result.clear();
   }

@@ -13,7 +13,8 @@ namespace RQXPrsUtil {
 /// Converts between the XML library's UTF-16 text and 8-bit text of one encoding.
 ///
 /// The XML library must have been started before an object is made and be up as long as it lives. Conversions do not
-/// influence each other. One object is used by one thread at a time.
+/// influence each other. One object is used by one thread at a time. Output in an encoding with shift states (ISO-2022,
+/// UTF-7 and the like) lacks the sequence that would close it, which the XML library never writes.
 class RQ_API RQXTranscoder {
  public:
   /// Asks the XML library for a transcoder; null means "UTF-8". An encoding that it does not know gives an object
