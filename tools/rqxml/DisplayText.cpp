@@ -32,7 +32,10 @@ bool ChangesDirection(UChar32 character) {
   return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
+bool IsPlainAscii(UChar32 character) { return character >= 0x20 && character < 0x7F; }
+
 bool NeedsEscape(UChar32 character) {
+  if (IsPlainAscii(character)) return false;
   switch (u_charType(character)) {
     case U_CONTROL_CHAR:
     case U_LINE_SEPARATOR:
@@ -50,7 +53,9 @@ std::string Hexadecimal(const char* format, unsigned value) {
   return std::string(buffer.data(), static_cast<std::size_t>(length));
 }
 
-std::string Escape(UChar32 character) {
+std::string EscapeByte(char byte) { return Hexadecimal("\\x%02x", static_cast<std::uint8_t>(byte)); }
+
+std::string EscapeCharacter(UChar32 character) {
   switch (character) {
     case '\t':
       return "\\t";
@@ -63,13 +68,30 @@ std::string Escape(UChar32 character) {
   }
 }
 
+// `text` with what `replace` makes of each character that `mustGo` names, and of the byte where it begins.
+template <class MustGo, class Replace>
+std::string ReplaceCharacters(std::string_view text, MustGo mustGo, Replace replace) {
+  std::string replaced;
+  replaced.reserve(text.size());
+  std::string_view kept = text;  // begins with what is not yet copied
+  while (!text.empty()) {
+    const std::string_view before = text;
+    const UChar32 character = NextCharacter(text);
+    if (!mustGo(character)) continue;
+    replaced += kept.substr(0, kept.size() - before.size());
+    replaced += replace(character, before.front());
+    kept = text;
+  }
+  return replaced.append(kept);
+}
+
 bool IsHangulVowelOrFinal(UChar32 character) {
   return (character >= 0x1160 && character <= 0x11FF) || (character >= 0xD7B0 && character <= 0xD7FF);
 }
 
 std::size_t CharacterWidth(UChar32 character) {
   constexpr UChar32 kSoftHyphen = 0xAD;
-  if (character < 0 || character == kSoftHyphen) return 1;
+  if (character < 0 || IsPlainAscii(character) || character == kSoftHyphen) return 1;
   switch (u_charType(character)) {
     case U_NON_SPACING_MARK:
     case U_ENCLOSING_MARK:
@@ -87,35 +109,17 @@ std::size_t CharacterWidth(UChar32 character) {
 }  // namespace
 
 std::string Printable(std::string_view text) {
-  std::string printable;
-  printable.reserve(text.size());
-  while (!text.empty()) {
-    const std::string_view before = text;
-    const UChar32 character = NextCharacter(text);
-    if (character < 0) {
-      printable += Hexadecimal("\\x%02x", static_cast<std::uint8_t>(before.front()));
-    } else if (NeedsEscape(character)) {
-      printable += Escape(character);
-    } else {
-      printable += before.substr(0, before.size() - text.size());
-    }
-  }
-  return printable;
+  return ReplaceCharacters(
+      text, [](UChar32 character) { return character < 0 || NeedsEscape(character); },
+      [](UChar32 character, char byte) { return character < 0 ? EscapeByte(byte) : EscapeCharacter(character); });
 }
 
 std::string PrintableJson(std::string_view json) {
-  std::string printable;
-  printable.reserve(json.size());
-  while (!json.empty()) {
-    const std::string_view before = json;
-    const UChar32 character = NextCharacter(json);
-    if (character != '\n' && NeedsEscape(character)) {
-      printable += Hexadecimal("\\u%04x", static_cast<unsigned>(character));  // none lies beyond the basic plane
-    } else {
-      printable += before.substr(0, before.size() - json.size());
-    }
-  }
-  return printable;
+  return ReplaceCharacters(
+      json, [](UChar32 character) { return character != '\n' && character >= 0 && NeedsEscape(character); },
+      [](UChar32 character, char) {
+        return Hexadecimal("\\u%04x", static_cast<unsigned>(character));  // none lies beyond the basic plane
+      });
 }
 
 std::size_t DisplayWidth(std::string_view text) {
