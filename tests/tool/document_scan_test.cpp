@@ -78,6 +78,12 @@ TEST_F(DocumentScan, FindsTheFieldsOfTheFirstDictionaryAlone) {
   }
 }
 
+TEST_F(DocumentScan, PassesOverFieldsInEntities) {
+  std::istringstream in(
+      "<!DOCTYPE PMML [<!ENTITY e '<DataField/>'>]>\n<PMML><DataDictionary>\n&e;<DataField/></DataDictionary></PMML>");
+  EXPECT_EQ(Shown(FindDataField(in, 0)), "3:16");
+}
+
 TEST_F(DocumentScan, FindsTheFirstError) {
   struct Row {
     std::string document;

@@ -42,16 +42,22 @@ class StartTags : public xercesc::DefaultHandler {
 
   void startElement(const XMLCh* const, const XMLCh* const, const XMLCh* const name,
                     const xercesc::Attributes&) override {
-    if (!fDone) fDone = fIsEnough({name, fDepth, {fLocator->getLineNumber(), fLocator->getColumnNumber()}});
+    // In the library's tree the content of an entity is no child of the element around it.
+    if (!fDone && fEntities == 0) {
+      fDone = fIsEnough({name, fDepth, {fLocator->getLineNumber(), fLocator->getColumnNumber()}});
+    }
     ++fDepth;
   }
 
   void endElement(const XMLCh* const, const XMLCh* const, const XMLCh* const) override { --fDepth; }
+  void startEntity(const XMLCh* const) override { ++fEntities; }
+  void endEntity(const XMLCh* const) override { --fEntities; }
 
  private:
   std::function<bool(const StartTag&)> fIsEnough;
   const xercesc::Locator* fLocator = nullptr;
   std::size_t fDepth = 0;
+  std::size_t fEntities = 0;
   bool fDone = false;
 };
 
@@ -61,6 +67,7 @@ void ScanStartTags(std::istream& in, std::function<bool(const StartTag&)> isEnou
   reader->setFeature(xercesc::XMLUni::fgSAX2CoreNameSpaces, false);
   reader->setFeature(xercesc::XMLUni::fgSAX2CoreValidation, false);
   reader->setContentHandler(&handler);
+  reader->setLexicalHandler(&handler);
   reader->setErrorHandler(&handler);  // throws at what is not well-formed
   const RQXPrsUtil::RQXInputSource source(in);
   xercesc::XMLPScanToken token;
