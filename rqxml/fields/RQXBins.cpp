@@ -3,7 +3,6 @@
 #include "rqxml/fields/RQXField.h"
 #include "rqxml/fields/RQXFieldReader.h"
 #include "rqxml/xml/RQXDomWalk.h"
-#include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"
 
@@ -15,19 +14,6 @@ constexpr XMLCh kDiscretize[] = u"Discretize";
 constexpr XMLCh kDiscretizeBin[] = u"DiscretizeBin";
 constexpr XMLCh kField[] = u"field";
 
-/// Shows each "Discretize" that names its field, in document order, to `visit` until that is true.
-template <class Visit>
-void VisitDiscretizes(const xercesc::DOMElement& transDictionary, Visit visit) {
-  for (auto* derived = FirstChild(transDictionary, Names::kDerivedField); derived;
-       derived = NextSibling(*derived, Names::kDerivedField)) {
-    for (auto* discretize = FirstChild(*derived, kDiscretize); discretize;
-         discretize = NextSibling(*discretize, kDiscretize)) {
-      const XMLCh* const field = AttributeOf(*discretize, kField);
-      if (field && visit(*discretize, field)) return;
-    }
-  }
-}
-
 double ReadMargin(const xercesc::DOMElement& interval, const XMLCh* name, double otherwise) {
   double margin = otherwise;
   ReadDoubleAttribute(interval, name, margin);
@@ -36,26 +22,27 @@ double ReadMargin(const xercesc::DOMElement& interval, const XMLCh* name, double
 
 }  // namespace
 
-const xercesc::DOMElement* FindDiscretize(const xercesc::DOMElement& transDictionary, const std::string& fieldName) {
-  const xercesc::DOMElement* found = nullptr;
-  VisitDiscretizes(transDictionary, [&](const xercesc::DOMElement& discretize, const XMLCh* field) {
-    if (!XStrEqualsUTF8Str(field, fieldName.c_str())) return false;
-    found = &discretize;
-    return true;
-  });
-  return found;
+RQXDiscretizeIndex::RQXDiscretizeIndex(const xercesc::DOMElement& transDictionary)
+    : fDerived(FirstChild(transDictionary, Names::kDerivedField)) {}
+
+const xercesc::DOMElement* RQXDiscretizeIndex::Next() {
+  while (fDerived) {
+    fDiscretize = fDiscretize ? NextSibling(*fDiscretize, kDiscretize) : FirstChild(*fDerived, kDiscretize);
+    if (fDiscretize) return fDiscretize;
+    fDerived = NextSibling(*fDerived, Names::kDerivedField);
+    if (fDerived) Prefetch(*fDerived);
+  }
+  return nullptr;
 }
 
-RQXDiscretizeIndex::RQXDiscretizeIndex(const xercesc::DOMElement& transDictionary) {
-  VisitDiscretizes(transDictionary, [this](const xercesc::DOMElement& discretize, const XMLCh* field) {
-    fByField.emplace(AsView(field), &discretize);  // the first one stays
-    return false;
-  });
-}
-
-const xercesc::DOMElement* RQXDiscretizeIndex::Find(const XMLCh* fieldName) const {
-  const auto found = fByField.find(AsView(fieldName));
-  return found == fByField.end() ? nullptr : found->second;
+const xercesc::DOMElement* RQXDiscretizeIndex::Find(const XMLCh* fieldName) {
+  if (const auto passed = fPassed.find(AsView(fieldName)); passed != fPassed.end()) return passed->second;
+  while (const xercesc::DOMElement* const discretize = Next()) {
+    const XMLCh* const field = AttributeOf(*discretize, kField);
+    if (!field || !fPassed.emplace(AsView(field), discretize).second) continue;  // the first one stays
+    if (XStrEquals(field, fieldName)) return discretize;
+  }
+  return nullptr;
 }
 
 void ReadBins(const xercesc::DOMElement& discretize, RQXBins& bins) {

@@ -16,20 +16,22 @@ struct RQXBins {
   std::vector<std::string> labels;
 };
 
-/// The "Discretize" element that a transformation dictionary defines for the field (its name in UTF-8): that of the
-/// first "DerivedField" which has one. Null when there is none.
-const xercesc::DOMElement* FindDiscretize(const xercesc::DOMElement& transDictionary, const std::string& fieldName);
-
-/// The same search for many fields: each costs O(1) after one walk through the dictionary.
+/// Finds the "Discretize" elements of a transformation dictionary by the field that they name. All searches together
+/// cost one walk through the dictionary, which goes no further than they demand.
 class RQXDiscretizeIndex {
  public:
   /// Keeps views of the dictionary's attribute values; the document must outlive the index.
   explicit RQXDiscretizeIndex(const xercesc::DOMElement& transDictionary);
 
-  const xercesc::DOMElement* Find(const XMLCh* fieldName) const;
+  /// The first "Discretize" of the field, in the first "DerivedField" that has one; null when there is none.
+  const xercesc::DOMElement* Find(const XMLCh* fieldName);
 
  private:
-  std::unordered_map<std::u16string_view, const xercesc::DOMElement*> fByField;
+  const xercesc::DOMElement* Next();
+
+  const xercesc::DOMElement* fDerived;               // where the walk is; null at its end
+  const xercesc::DOMElement* fDiscretize = nullptr;  // the last one met below it
+  std::unordered_map<std::u16string_view, const xercesc::DOMElement*> fPassed;
 };
 
 /// Reads the bins of a "Discretize" in document order, neither sorted nor checked. A right margin that is absent or no

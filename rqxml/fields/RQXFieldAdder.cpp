@@ -82,7 +82,7 @@ RQXBinSource::RQXBinSource(bool wanted, const xercesc::DOMElement* transDictiona
   if (wanted && transDictionary) fIndex.emplace(*transDictionary);
 }
 
-bool RQXBinSource::Read(const xercesc::DOMElement& element, RQXBins& bins) const {
+bool RQXBinSource::Read(const xercesc::DOMElement& element, RQXBins& bins) {
   const xercesc::DOMElement* const discretize = fIndex ? fIndex->Find(AttributeOf(element, Names::kName)) : nullptr;
   if (!discretize) return false;
   ReadBins(*discretize, bins);
@@ -90,7 +90,7 @@ bool RQXBinSource::Read(const xercesc::DOMElement& element, RQXBins& bins) const
 }
 
 RQCommon::RQStatus AddFieldWithBins(RQVarList& vars, const xercesc::DOMElement& element, const RQXField& field,
-                                    const RQXBinSource& source, const RQXAddRules& rules) {
+                                    RQXBinSource& source, const RQXAddRules& rules) {
   const bool weight = field.role == IRQVariable::RoleFrequencyWeight;
   if (field.categorical || weight || !source.IsWanted()) return AddField(vars, field, nullptr, rules);
   RQXBins bins;

@@ -36,7 +36,7 @@ class RQXBinSource {
   bool IsWanted() const { return fWanted; }
 
   /// Reads the bins of the field named by the "name" attribute of `element`; false when none are defined.
-  bool Read(const xercesc::DOMElement& element, RQXBins& bins) const;
+  bool Read(const xercesc::DOMElement& element, RQXBins& bins);
 
  private:
   bool fWanted;
@@ -46,7 +46,7 @@ class RQXBinSource {
 /// AddField, with the bins of a continuous field when they are wanted.
 /// @return also 110 when they are wanted and there are none
 RQCommon::RQStatus AddFieldWithBins(RQMTD_NAMESPACE::RQVarList& vars, const xercesc::DOMElement& element,
-                                    const RQXField& field, const RQXBinSource& source, const RQXAddRules& rules);
+                                    const RQXField& field, RQXBinSource& source, const RQXAddRules& rules);
 
 }  // namespace RQXPrsUtil
 

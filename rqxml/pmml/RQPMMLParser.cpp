@@ -107,11 +107,12 @@ RQCommon::RQStatus RQPMMLParser::FillVarList(RQMTD_NAMESPACE::RQVarList& vars, c
                                              bool useBins) const {
   if (const RQCommon::RQStatus status = GetReadiness(); !status.IsOK()) return status;
   const RQPMMLFieldFilter filter(names);
-  const RQXBinSource bins(useBins, fTransDictionary);
+  RQXBinSource bins(useBins, fTransDictionary);
   RQXField field;
   for (auto* element = FirstChild(*fDataDictionary, Names::kDataField); element;
        element = NextSibling(*element, Names::kDataField)) {
     if (!filter.Wants(*element)) continue;
+    Prefetch(*element);
     RQCommon::RQStatus status = ReadField(*element, kDataFieldDialect, field);
     if (status.IsOK()) status = AddFieldWithBins(vars, *element, field, bins, RQXAddRules());
     if (!status.IsOK()) return status;
@@ -123,7 +124,8 @@ bool RQPMMLParser::SetBinsFrTransDict(const std::string& fieldName, std::vector<
                                       std::vector<std::string>& labels) const {
   cutPoints.clear();
   labels.clear();
-  const xercesc::DOMElement* const discretize = FindDiscretize(*fTransDictionary, fieldName);
+  const xercesc::DOMElement* const discretize =
+      RQXDiscretizeIndex(*fTransDictionary).Find(DecodeUTF8(fieldName.c_str()).c_str());
   if (!discretize) return false;
   RQXBins bins;
   ReadBins(*discretize, bins);
