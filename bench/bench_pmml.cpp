@@ -40,7 +40,7 @@ void Read(benchmark::State& state, Variant variant) {
   CheckAnswer(document);
   std::vector<double> ratios, floors, subjects;
   bool floorFirst = true;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const Pair pair = TimePair(document, floorFirst);
     floorFirst = !floorFirst;
     state.SetIterationTime(pair.subject / 1000);
@@ -88,7 +88,7 @@ void Growth(benchmark::State& state, Variant variant) {
   constexpr std::array<double, 3> kFields = {1000, 10000, 100000};
   constexpr std::array<int, 3> kTimes = {101, 31, 7};
   std::array<double, 3> times{};
-  for (auto _ : state)
+  while (state.KeepRunning())
     for (std::size_t i = 0; i < kFields.size(); ++i)
       times[i] = MedianFill(MakeDocument(static_cast<std::size_t>(kFields[i]), variant), kTimes[i]);
   state.counters["ms_1k"] = times[0];

@@ -48,7 +48,7 @@ void Compare(benchmark::State& state, int calls, Subject subject, Library librar
     });
   };
   std::vector<double> ratios, subjects;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const double base = repeat(library);
     const double time = repeat(subject);
     state.SetIterationTime(time / 1000);
@@ -76,7 +76,7 @@ void ListOfDoubles(benchmark::State& state) {
   const Carrier carrier(Numbers(count));
   std::vector<double> values;
   std::vector<double> times;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     const double time = MillisecondsOf(
         [&] { Require(RQXPrsUtil::AssembleDoublesList(carrier.Element(), values), "the list is read"); });
     state.SetIterationTime(time / 1000);

@@ -1,7 +1,6 @@
 // Seconds that each hostile document takes the bare parser and this library. No megabyte may take longer than the
 // limit. Usage: hostile [BYTES [PART OF A NAME]]
 
-#include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,9 +15,8 @@
 #include "hostile_inputs.h"
 #include "workload.h"
 
+namespace rqxml_bench {
 namespace {
-
-using namespace rqxml_bench;
 
 constexpr double kLimitInSeconds = 5;
 constexpr unsigned kPatienceInSeconds = 60;
@@ -109,14 +107,15 @@ bool PrintRow(const HostileShape& shape, std::size_t bytes) {
 }
 
 }  // namespace
+}  // namespace rqxml_bench
 
 int main(int argc, char** argv) {
   const std::size_t bytes = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 1'000'000;
   const std::string_view wanted = argc > 2 ? argv[2] : "";
   std::puts("| 1 MB of | MB | bare parse, s | this library, s | peak, MB | status |\n|---|---|---|---|---|---|");
   bool withinLimit = true;
-  for (const HostileShape& shape : HostileShapes())
-    if (std::string_view(shape.name).find(wanted) != std::string_view::npos && !PrintRow(shape, bytes))
+  for (const rqxml_bench::HostileShape& shape : rqxml_bench::HostileShapes())
+    if (std::string_view(shape.name).find(wanted) != std::string_view::npos && !rqxml_bench::PrintRow(shape, bytes))
       withinLimit = false;
   return withinLimit ? 0 : 1;
 }

@@ -11,9 +11,8 @@
 
 #include "workload.h"
 
+namespace rqxml_bench {
 namespace {
-
-using namespace rqxml_bench;
 
 struct Peaks {
   double floor = 0;
@@ -95,9 +94,10 @@ void PrintRow(std::size_t fields, Variant variant) {
 }
 
 }  // namespace
+}  // namespace rqxml_bench
 
 int main() {
-  for (const Variant variant : kVariants)
-    for (const std::size_t fields : {1000UL, 10000UL, 100000UL}) PrintRow(fields, variant);
+  for (const rqxml_bench::Variant variant : rqxml_bench::kVariants)
+    for (const std::size_t fields : {1000UL, 10000UL, 100000UL}) rqxml_bench::PrintRow(fields, variant);
   return 0;
 }

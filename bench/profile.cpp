@@ -26,16 +26,16 @@ int Profile(const Document& document) {
 }  // namespace rqxml_bench
 
 int main(int argc, char** argv) {
-  using namespace rqxml_bench;
   if (argc != 4) {
     std::fprintf(stderr, "usage: %s floor|subject plain|bins|filter FIELDS\n", argv[0]);
     return 2;
   }
-  const Platform platform;
-  for (const Variant variant : kVariants) {
-    if (std::strcmp(argv[2], NameOf(variant)) != 0) continue;
-    const Document document = MakeDocument(std::strtoul(argv[3], nullptr, 10), variant);
-    return std::strcmp(argv[1], "floor") == 0 ? Profile<Floor>(document) : Profile<Subject>(document);
+  const rqxml_bench::Platform platform;
+  for (const rqxml_bench::Variant variant : rqxml_bench::kVariants) {
+    if (std::strcmp(argv[2], rqxml_bench::NameOf(variant)) != 0) continue;
+    const rqxml_bench::Document document = rqxml_bench::MakeDocument(std::strtoul(argv[3], nullptr, 10), variant);
+    return std::strcmp(argv[1], "floor") == 0 ? rqxml_bench::Profile<rqxml_bench::Floor>(document)
+                                              : rqxml_bench::Profile<rqxml_bench::Subject>(document);
   }
   return 2;
 }

@@ -168,7 +168,7 @@ void CheckFormat(const std::string& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes = rqxml_fuzz::AsText(data, size);
-  const std::string text = bytes.c_str();  // up to the first zero byte
+  const std::string text = bytes.substr(0, bytes.find('\0'));
   const Units units = AsUnits(bytes);
   CheckTexts(text, units);
   CheckComparisons(text, units);

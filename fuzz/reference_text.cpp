@@ -45,7 +45,7 @@ std::string SlowTranscodeTo(const char* encoding, const XMLCh* text) {
 }
 
 std::vector<XMLCh> SlowTranscodeFrom(const char* encoding, const std::string& text) {
-  const std::vector<XMLCh> nothing(1, XMLCh{0});
+  std::vector<XMLCh> nothing(1, XMLCh{0});
   if (text.empty()) return nothing;
   const XMLSize_t room = 2 * text.size() + 16;
   const auto transcoder = MakeTranscoder(encoding, room);
