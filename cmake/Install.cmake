@@ -1,5 +1,5 @@
-# Installs both libraries, the public headers, the CMake package, rqxml.pc, and the tool with its manual page. The installed tree can be
-# moved: nothing in it names the place where it was installed.
+# Installs both libraries, the public headers, the CMake package, rqxml.pc, and the tool with its manual page. The
+# installed tree can be moved: nothing in it names the place where it was installed.
 
 include(CMakePackageConfigHelpers)
 
