@@ -13,7 +13,7 @@ packages=(
   # the command-line tool
   libcli11-dev nlohmann-json3-dev
   # tests and benchmarks
-  libgtest-dev librapidcheck-dev libbenchmark-dev locales
+  libgtest-dev libbenchmark-dev locales
 )
 
 say() { printf 'setup: %s\n' "$*"; }
