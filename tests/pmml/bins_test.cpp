@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -419,6 +421,61 @@ TEST_F(BinnedList, ManyFieldsFindTheirOwnBins) {
     expected.push_back("encoder " + cut + ": SetBinLabels([\"a\", \"b\"])");
   }
   EXPECT_EQ(FillWithBins(PmmlWithFields(fields, transformations)).calls, expected);
+}
+
+/// One discretisation: its field, and a number that tells it from the others and is its only interior cut point.
+struct Discretization {
+  std::string field;
+  int number = 0;
+};
+
+/// The calls that fields must give, by looking through all discretisations for each of them.
+Calls SlowReference(const std::vector<std::string>& fields, const std::vector<Discretization>& discretizations,
+                    const std::vector<std::string>& wanted) {
+  Calls calls;
+  int index = 0;
+  for (const std::string& field : fields) {
+    if (!wanted.empty() && std::find(wanted.begin(), wanted.end(), field) == wanted.end()) continue;
+    const auto found = std::find_if(discretizations.begin(), discretizations.end(),
+                                    [&](const Discretization& one) { return one.field == field; });
+    if (found == discretizations.end()) break;
+    calls.push_back("AddContVar(\"" + field + "\", \"\", LOWEST, HIGHEST, cuts [" + std::to_string(found->number) +
+                    "], true, role 4) -> " + std::to_string(index++));
+  }
+  return calls;
+}
+
+TEST_F(BinnedList, AnyOrderOfFieldsAndDiscretisationsGivesTheFirstMatchOfEach) {
+  std::mt19937 random(20240304);
+  for (int round = 0; round < 500; ++round) {
+    const auto name = [&] { return std::string(1, static_cast<char>('a' + random() % 6)); };
+    std::vector<std::string> fields;
+    std::string fieldText;
+    for (std::size_t i = random() % 9; i > 0; --i) {
+      fields.push_back(name());
+      fieldText += Field(fields.back(), "continuous", "double");
+    }
+    std::vector<Discretization> discretizations;
+    std::string transformations;
+    for (std::size_t i = random() % 16; i > 0; --i) {
+      std::string content;
+      for (std::size_t j = random() % 4; j > 0; --j) {
+        const int number = static_cast<int>(discretizations.size());
+        discretizations.push_back({name(), number});
+        content += "<Discretize field='" + discretizations.back().field + "'><DiscretizeBin><Interval rightMargin='" +
+                   std::to_string(number) +
+                   "'/></DiscretizeBin><DiscretizeBin><Interval/></DiscretizeBin></Discretize>";
+      }
+      // Only the first match of a derived field counts for a field, and each of its discretisations may be one.
+      transformations += Derived(content);
+    }
+    std::vector<std::string> wanted;
+    if (random() % 2 == 0) {
+      for (std::size_t i = random() % 4; i > 0; --i) wanted.push_back(name());
+    }
+    const std::string document = PmmlWithFields(fieldText, transformations);
+    ASSERT_EQ(Fill(document, wanted, true).calls, SlowReference(fields, discretizations, wanted)) << document;
+  }
 }
 
 // The reference list

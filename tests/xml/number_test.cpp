@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <bit>
+#include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -46,6 +48,30 @@ std::optional<double> Reference(const std::u16string& text) {
 std::u16string Widen(const std::string& text) { return {text.begin(), text.end()}; }
 
 bool Same(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
+
+/// A locale with a decimal comma for as long as it lives, where there is one.
+class CommaLocale {
+ public:
+  CommaLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
+    const char* const path = std::getenv("LOCPATH");
+    if (path != nullptr) path_ = path;
+    setenv("LOCPATH", RQXML_TEST_LOCALE_DIR, 1);
+    set_ = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+  }
+  ~CommaLocale() {
+    std::setlocale(LC_ALL, before_.c_str());
+    path_ ? setenv("LOCPATH", path_->c_str(), 1) : unsetenv("LOCPATH");
+  }
+  CommaLocale(const CommaLocale&) = delete;
+  CommaLocale& operator=(const CommaLocale&) = delete;
+
+  bool IsSet() const { return set_ && std::string(std::localeconv()->decimal_point) == ","; }
+
+ private:
+  std::string before_;
+  std::optional<std::string> path_;
+  bool set_ = false;
+};
 
 class Numbers : public rqtest::WithPlatform {
  protected:
@@ -405,6 +431,18 @@ TEST_F(Numbers, DoublesOfEveryMagnitudeComeBackAsTheyWereWritten) {
     ASSERT_EQ(GetDoubleAttribute(With(Widen(text)), "n", value), 0) << text;
     ASSERT_EQ(value, number) << text;
   }
+}
+
+TEST_F(Numbers, DecimalCommaOfTheLocaleDoesNotMatter) {
+  const CommaLocale locale;
+  if (!locale.IsSet()) GTEST_SKIP() << "no locale with a decimal comma here";
+  for (const std::string& text : TrickyNumbers()) EXPECT_TRUE(ReadsLikeTheLibrary(Widen(text)));
+  double value = 0;
+  EXPECT_EQ(GetDoubleAttribute(With(u"1234.5"), "n", value), 0);
+  EXPECT_EQ(value, 1234.5);
+  EXPECT_EQ(GetDoubleAttribute(With(u"12345678901234567890.5e-3"), "n", value), 0);
+  EXPECT_EQ(value, 12345678901234567.8905);
+  EXPECT_EQ(GetDoubleAttribute(With(u"1,5"), "n", value), 1);
 }
 
 // Lists
