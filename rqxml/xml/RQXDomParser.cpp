@@ -94,9 +94,11 @@ void RQXDomParser::ParseWatched(const xercesc::InputSource& source) {
   fTail.Restart();
   fLimits.Restart();
   fMarkup.Restart();
+  fTags.Restart();
   const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) {
     fTail.Add(bytes);
-    if (!fLimits.AdmitsMarkup(fMarkup.Add(bytes))) StopForNames();
+    fTags.Add(fMarkup.Add(bytes));
+    if (!RQXInputLimits::AdmitsTag(fTags.GetAttributes())) StopForNames();
   };
   parse(RQXWatchedSource(source, watcher));
 }

@@ -10,6 +10,7 @@
 #include "rqxml/xml/RQXInputLimits.h"
 #include "rqxml/xml/RQXInputTail.h"
 #include "rqxml/xml/RQXMarkupText.h"
+#include "rqxml/xml/RQXTagFollower.h"
 
 namespace RQXPrsUtil {
 
@@ -67,6 +68,7 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
   RQXInputTail fTail;
   RQXInputLimits fLimits;
   RQXMarkupText fMarkup;
+  RQXTagFollower fTags;
   std::string fInputMessage;
   bool fInputFailed = false;
   bool fLocked = false;

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <string_view>
 #include <unordered_set>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -20,7 +19,10 @@ class RQXInputLimits {
   static constexpr std::size_t kMostNames = 12'000;
 
   /// A new document starts.
-  void Restart();
+  void Restart() {
+    fRecent.fill(nullptr);
+    fNames.clear();
+  }
 
   /// `number` counts the different element names so far.
   static bool AdmitsElement(std::size_t number, std::size_t attributeCount) {
@@ -35,21 +37,13 @@ class RQXInputLimits {
     return fNames.size() < kMostNames ? (fNames.insert(pooledName), true) : fNames.count(pooledName) > 0;
   }
 
-  /// The next piece of the input, as RQXMarkupText shows it. Follows a start tag that spans whole pieces, as only one
-  /// with very many attributes or very long ones does; the scanner compares the attributes of a tag with each other
-  /// before it reports any.
-  bool AdmitsMarkup(std::string_view text);
+  /// How many attributes the start tag has that is being read; the scanner compares them with each other before it
+  /// reports any.
+  static bool AdmitsTag(std::size_t attributeCount) { return attributeCount <= kMostNames; }
 
  private:
-  enum class Place { Elsewhere, Opened, InTag, AfterEquals };
-  void Follow(std::string_view text);
-  void Step(char byte);
-
   std::array<const XMLCh*, 64> fRecent{};
   std::unordered_set<const XMLCh*> fNames;
-  Place fPlace = Place::Elsewhere;
-  char fQuote = 0;
-  std::size_t fAttributes = 0;
 };
 
 }  // namespace RQXPrsUtil

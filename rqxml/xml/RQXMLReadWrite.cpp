@@ -32,8 +32,10 @@ void KeepAsWritten(xercesc::DOMLSSerializer& serializer) {
   }
 }
 
-/// A document that declares no encoding and was recognised by its bytes alone has a name for it that only the XML
-/// library's reader knows; its serialiser would declare that name, and nobody could read the file again.
+/// The encoding in which a document must be written because its own cannot be; null for nearly all. One that declares
+/// no encoding and was recognised by its bytes alone has a name for it that only the XML library's reader knows; its
+/// serialiser would declare that name, and nobody could read the file again. In an encoding with shift sequences the
+/// serialiser loses these.
 const XMLCh* GetReplacedEncoding(const xercesc::DOMDocument& document) {
   using xercesc::XMLUni;
   const XMLCh* const own = document.getInputEncoding();
@@ -42,6 +44,9 @@ const XMLCh* GetReplacedEncoding(const xercesc::DOMDocument& document) {
   }
   for (const XMLCh* name : {XMLUni::fgUCS4LEncodingString, XMLUni::fgUCS4BEncodingString}) {
     if (xercesc::XMLString::equals(own, name)) return XMLUni::fgUTF8EncodingString;
+  }
+  for (const XMLCh* shifting : {u"ISO-2022", u"HZ-", u"UTF-7"}) {
+    if (own && xercesc::XMLString::startsWithI(own, shifting)) return XMLUni::fgUTF8EncodingString;
   }
   return nullptr;
 }
