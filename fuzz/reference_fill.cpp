@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "reference_text.h"
 
@@ -125,7 +126,9 @@ RQStatus ReadField(const DOMElement& element, Field& field) {
 const DOMElement* FindDiscretize(const DOMElement& dictionary, const std::string& field) {
   for (const DOMElement* derived : Children(dictionary, "DerivedField"))
     for (const DOMElement* discretize : Children(*derived, "Discretize"))
-      if (Attribute(*discretize, "field") == field) return discretize;
+      if (const XMLCh* text = AttributeText(*discretize, "field");
+          text != nullptr && xercesc::XMLString::equals(text, SlowUTF16(field).data()))
+        return discretize;
   return nullptr;
 }
 
@@ -210,12 +213,17 @@ RQStatus SlowFill(const DOMElement& root, RQVarList& vars, const std::vector<std
   return {};
 }
 
-std::vector<std::string> FieldNames(const DOMElement& root) {
-  std::vector<std::string> names;
-  if (const DOMElement* dictionary = FirstChild(root, "DataDictionary"))
-    for (const DOMElement* field : Children(*dictionary, "DataField"))
-      if (const auto name = Attribute(*field, "name")) names.push_back(*name);
-  return names;
+FieldNames ListFieldNames(const DOMElement& root) {
+  FieldNames list;
+  const DOMElement* dictionary = FirstChild(root, "DataDictionary");
+  if (dictionary == nullptr) return list;
+  for (const DOMElement* field : Children(*dictionary, "DataField")) {
+    const XMLCh* name = AttributeText(*field, "name");
+    if (name == nullptr) continue;
+    list.names.push_back(SlowUTF8(name));
+    if (!xercesc::XMLString::equals(SlowUTF16(list.names.back()).data(), name)) list.exact = false;
+  }
+  return list;
 }
 
 }  // namespace rqxml_fuzz

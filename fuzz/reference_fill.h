@@ -20,8 +20,14 @@ namespace rqxml_fuzz {
 RQCommon::RQStatus SlowFill(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars,
                             const std::vector<std::string>& names, bool useBins);
 
-/// The names of all data fields of the document, in their order.
-std::vector<std::string> FieldNames(const xercesc::DOMElement& root);
+/// The names of the document's data fields, in their order.
+struct FieldNames {
+  std::vector<std::string> names;
+  bool exact = true;  ///< false when UTF-8 cannot say one of them: the XML library lets lone surrogates of UTF-16 pass
+};
+
+/// Lists the names of all data fields.
+FieldNames ListFieldNames(const xercesc::DOMElement& root);
 
 }  // namespace rqxml_fuzz
 
