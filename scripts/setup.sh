@@ -8,12 +8,14 @@ set -euo pipefail
 packages=(
   # compilers and build
   g++ clang libclang-rt-dev cmake make ninja-build pkg-config
+  # the format check
+  clang-format git
   # what the libraries stand on
   libxerces-c-dev libicu-dev
   # the command-line tool
   libcli11-dev nlohmann-json3-dev
   # tests and benchmarks
-  libgtest-dev libbenchmark-dev locales
+  libgtest-dev libgmock-dev libbenchmark-dev locales
 )
 
 say() { printf 'setup: %s\n' "$*"; }

@@ -95,12 +95,17 @@ void RQXDomParser::ParseWatched(const xercesc::InputSource& source) {
   fLimits.Restart();
   fMarkup.Restart();
   fTags.Restart();
-  const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) {
-    fTail.Add(bytes);
-    fTags.Add(fMarkup.Add(bytes));
-    if (!RQXInputLimits::AdmitsTag(fTags.GetAttributes())) StopForNames();
-  };
+  fSawZero = false;
+  const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) { Watch(bytes); };
   parse(RQXWatchedSource(source, watcher));
+}
+
+void RQXDomParser::Watch(std::string_view bytes) {
+  fTail.Add(bytes);
+  const std::string_view markup = fMarkup.Add(bytes);
+  fSawZero = fSawZero || markup.find('\0') != std::string_view::npos;
+  fTags.Add(markup);
+  if (!RQXInputLimits::AdmitsTag(fTags.GetAttributes())) StopForNames();
 }
 
 RQXDomParser::Result RQXDomParser::GetResult() {
@@ -130,8 +135,8 @@ void RQXDomParser::endDocument() {
   const xercesc::Locator* const locator = getScanner()->getLocator();
   const xercesc::XMLReader* const reader = static_cast<const xercesc::ReaderMgr*>(locator)->getCurrentReader();
   if (!reader) return;
-  if (reader->charsLeftInBuffer() > 0) {
-    // A zero character passes for the end of the input; whatever follows it would be lost.
+  if (fSawZero || reader->charsLeftInBuffer() > 0) {
+    // To the library a zero character is the end of what it is reading; whatever follows it would be lost.
     throw xercesc::SAXParseException(u"invalid character 0x0", locator->getPublicId(), locator->getSystemId(),
                                      locator->getLineNumber(), locator->getColumnNumber(), getMemoryManager());
   }

@@ -61,6 +61,7 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
   template <class Step>
   Result Run(Step step);
   void ParseWatched(const xercesc::InputSource& source);
+  void Watch(std::string_view bytes);
   Result GetResult();
   void Fail(const XMLCh* message);
   [[noreturn]] void StopForNames();
@@ -69,6 +70,7 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
   RQXInputLimits fLimits;
   RQXMarkupText fMarkup;
   RQXTagFollower fTags;
+  bool fSawZero = false;
   std::string fInputMessage;
   bool fInputFailed = false;
   bool fLocked = false;

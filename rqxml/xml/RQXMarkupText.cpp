@@ -1,5 +1,7 @@
 #include "rqxml/xml/RQXMarkupText.h"
 
+#include <utility>
+
 namespace RQXPrsUtil {
 
 namespace {
@@ -9,6 +11,8 @@ constexpr char kOther = '\x80';
 /// The characters of markup stand in one place in all EBCDIC code pages that XML knows.
 char FromEbcdic(unsigned int byte) {
   switch (byte) {
+    case 0x00:
+      return '\0';
     case 0x4C:
       return '<';
     case 0x6E:
@@ -39,26 +43,36 @@ char FromEbcdic(unsigned int byte) {
 }  // namespace
 
 std::string_view RQXMarkupText::Add(std::string_view bytes) {
-  for (std::size_t i = 0; i < bytes.size() && fTotal + i < fHead.size(); ++i) {
-    fHead[fTotal + i] = static_cast<XMLByte>(bytes[i]);
+  if (fHeadLength == fHead.size()) return Convert(bytes);
+  while (fHeadLength < fHead.size() && !bytes.empty()) {
+    fHead[fHeadLength++] = static_cast<XMLByte>(bytes.front());
+    bytes.remove_prefix(1);
   }
-  fTotal += bytes.size();
-  // An input that is read in pieces of less than four bytes shows its family late, which only makes its first
-  // characters unreadable here.
-  if (fFamily == RQXEncodingFamily::Ascii && fTotal - bytes.size() < fHead.size()) fFamily = DetectFamily(fHead);
+  // What the first bytes mean is known when there are enough of them.
+  if (fHeadLength < fHead.size()) return {};
+  fFamily = DetectFamily(fHead);
+  std::string beginning(fHead.begin(), fHead.end());
+  beginning += bytes;
+  fText = std::string(Convert(beginning));
+  return fText;
+}
+
+std::string_view RQXMarkupText::Convert(std::string_view bytes) {
   if (fFamily == RQXEncodingFamily::Ascii) return bytes;
-  fText.clear();
+  std::string text;
+  text.reserve(bytes.size());
   for (const char byte : bytes) {
     fUnit[fPending++] = static_cast<XMLByte>(byte);
     if (fPending < GetUnitSize(fFamily)) continue;
     fPending = 0;
     const unsigned int unit = MakeUnit(fUnit.data(), fFamily);
     if (fFamily == RQXEncodingFamily::Ebcdic) {
-      fText += FromEbcdic(unit);
+      text += FromEbcdic(unit);
     } else {
-      fText += unit < 0x80 ? static_cast<char>(unit) : kOther;
+      text += unit < 0x80 ? static_cast<char>(unit) : kOther;
     }
   }
+  fText = std::move(text);
   return fText;
 }
 

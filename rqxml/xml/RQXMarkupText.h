@@ -17,12 +17,15 @@ class RQXMarkupText {
   /// A new input starts.
   void Restart() { *this = RQXMarkupText(); }
 
-  /// The text of the next bytes; valid until the next call, or as long as the bytes.
+  /// The text of the next bytes, and of those before that were too few to be understood; valid until the next call,
+  /// or as long as the bytes.
   std::string_view Add(std::string_view bytes);
 
  private:
+  std::string_view Convert(std::string_view bytes);
+
   std::array<XMLByte, 4> fHead{};
-  std::size_t fTotal = 0;
+  std::size_t fHeadLength = 0;
   RQXEncodingFamily fFamily = RQXEncodingFamily::Ascii;
   std::array<XMLByte, 4> fUnit{};  // the bytes of a unit that is not whole yet
   std::size_t fPending = 0;
