@@ -457,8 +457,13 @@ TEST_F(ReadWrite, JunkBehindTheEndOfADocumentNeverReadsAsAGoodDocument) {
 }
 
 TEST_F(ReadWrite, JunkInsideADocumentNeverReadsAsAGoodDocument) {
-  const std::string documents[] = {"<a>\xFF</a>", std::string("<a>\0</a>", 8), std::string("<a b='\0'/>", 10),
-                                   "<a>" + std::string(100000, 'x') + "\xFF</a>", "<a b='\xC3'/>"};
+  const std::string documents[] = {"<a>\xFF</a>",
+                                   std::string("<a>\0</a>", 8),
+                                   std::string("<a b='\0'/>", 10),
+                                   "<a>" + std::string(100000, 'x') + "\xFF</a>",
+                                   "<a b='\xC3'/>",
+                                   std::string("<?xml version\0='1.0'?><a/>", 26),
+                                   std::string("\xFF\xFE<\0a\0/\0>\0\0\0", 12)};
   for (const std::string& bytes : documents) {
     EXPECT_FALSE(ReadsAsGood(reader_, [&] { return ParseText(reader_, bytes); })) << ::testing::PrintToString(bytes);
     const std::string path = WriteFile(File("junk.xml"), bytes);
