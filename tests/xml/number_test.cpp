@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +15,7 @@
 
 #include "rqxml/common/RQMV.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "tests/support/comma_locale.h"
 #include "tests/support/dom.h"
 #include "tests/support/platform.h"
 
@@ -48,30 +47,6 @@ std::optional<double> Reference(const std::u16string& text) {
 std::u16string Widen(const std::string& text) { return {text.begin(), text.end()}; }
 
 bool Same(double a, double b) { return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b); }
-
-/// A locale with a decimal comma for as long as it lives, where there is one.
-class CommaLocale {
- public:
-  CommaLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
-    const char* const path = std::getenv("LOCPATH");
-    if (path != nullptr) path_ = path;
-    setenv("LOCPATH", RQXML_TEST_LOCALE_DIR, 1);
-    set_ = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
-  }
-  ~CommaLocale() {
-    std::setlocale(LC_ALL, before_.c_str());
-    path_ ? setenv("LOCPATH", path_->c_str(), 1) : unsetenv("LOCPATH");
-  }
-  CommaLocale(const CommaLocale&) = delete;
-  CommaLocale& operator=(const CommaLocale&) = delete;
-
-  bool IsSet() const { return set_ && std::string(std::localeconv()->decimal_point) == ","; }
-
- private:
-  std::string before_;
-  std::optional<std::string> path_;
-  bool set_ = false;
-};
 
 class Numbers : public rqtest::WithPlatform {
  protected:
@@ -434,8 +409,8 @@ TEST_F(Numbers, DoublesOfEveryMagnitudeComeBackAsTheyWereWritten) {
 }
 
 TEST_F(Numbers, DecimalCommaOfTheLocaleDoesNotMatter) {
-  const CommaLocale locale;
-  if (!locale.IsSet()) GTEST_SKIP() << "no locale with a decimal comma here";
+  const rqtest::CommaLocale locale;
+  ASSERT_TRUE(locale.IsSet());
   for (const std::string& text : TrickyNumbers()) EXPECT_TRUE(ReadsLikeTheLibrary(Widen(text)));
   double value = 0;
   EXPECT_EQ(GetDoubleAttribute(With(u"1234.5"), "n", value), 0);
