@@ -59,6 +59,17 @@ Units AsUnits(const std::string& bytes) {
   return units;
 }
 
+// True when the text has a lead byte for code points above U+10FFFF. The XML library drops such a character in silence
+// when it stands behind 32 others.
+bool GoesBeyondUnicode(const std::string& text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto lead = static_cast<unsigned char>(text[i]);
+    if (lead > 0xF4) return true;
+    if (lead == 0xF4 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) > 0x8F) return true;
+  }
+  return false;
+}
+
 // True when every surrogate is half of a pair. The XML library passes some lone ones on, and makes some of UTF-8 beyond
 // the last code point.
 bool IsWellFormed(const Units& units) {
@@ -73,7 +84,7 @@ bool IsWellFormed(const Units& units) {
 void CheckTexts(const std::string& text, const Units& units) {
   const Units wide = RQXPrsUtil::ToUTF16(text.c_str());
   CheckEqual(Bytes(wide), Bytes(rqxml_fuzz::SlowUTF16(text)), "UTF-8 becomes UTF-16");
-  if (wide.size() > 1 && IsWellFormed(wide))
+  if (wide.size() > 1 && !GoesBeyondUnicode(text))
     CheckEqual(RQXPrsUtil::ToUTF8(wide.data()), text, "UTF-8 comes back from UTF-16");
   const std::string narrow = RQXPrsUtil::ToUTF8(units.data());
   CheckEqual(narrow, rqxml_fuzz::SlowUTF8(units.data()), "UTF-16 becomes UTF-8");
