@@ -2,26 +2,25 @@
 #include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <vector>
 
 namespace {
 
+// Volatile, so that no compiler sees through the faults.
+void* volatile place = nullptr;
+volatile int one = 1;
+
 void Leak() {
-  void* volatile lost = std::malloc(1);
-  lost = nullptr;
+  place = std::malloc(1);
+  place = nullptr;
 }
 
 int Overrun() {
-  char* const block = static_cast<char*>(std::malloc(1));
-  volatile int place = 1;
-  const int read = block[place];
-  std::free(block);
-  return read;
+  const std::vector<int> numbers(1);
+  return numbers.data()[one];
 }
 
-int Overflow() {
-  volatile int most = std::numeric_limits<int>::max();
-  return most + 1;
-}
+int Overflow() { return std::numeric_limits<int>::max() + one; }
 
 }  // namespace
 
