@@ -26,7 +26,9 @@ TEST(Printable, EscapesWhatSteersATerminalAndLeavesAllElse) {
       {std::string(1, '\0'), "\\x00"},
       {"\u0085\u009b", "\\u{85}\\u{9b}"},
       {"\u2028\u2029\u202a\u202e\u2066\u2069", "\\u{2028}\\u{2029}\\u{202a}\\u{202e}\\u{2066}\\u{2069}"},
-      {"\u200d\u200f", "\u200d\u200f"},
+      {"\u200b\u200e\u200f\u061c\u2060\ufeff", "\\u{200b}\\u{200e}\\u{200f}\\u{61c}\\u{2060}\\u{feff}"},
+      {"\U000E0001\U000E0041\U000E007F", "\\u{e0001}\\u{e0041}\\u{e007f}"},
+      {"\u200c\u200d\u00ad\ufe0f\U000E0100", "\u200c\u200d\u00ad\ufe0f\U000E0100"},
       {"\xff", "\\xff"},
       {"a\xc3", "a\\xc3"},
       {"\xc3(", "\\xc3("},
@@ -41,6 +43,10 @@ TEST(Printable, EscapesWhatSteersATerminalAndLeavesAllElse) {
 TEST(PrintableJson, EscapesTheSameCharactersAsJsonDoesAndKeepsLineEnds) {
   EXPECT_EQ(PrintableJson("{\n \"a\x7f\u009b\u202e\u2028\": \"身長 \\u001b\"\n}"),
             "{\n \"a\\u007f\\u009b\\u202e\\u2028\": \"身長 \\u001b\"\n}");
+}
+
+TEST(PrintableJson, EscapesTagsAsPairsOfSurrogates) {
+  EXPECT_EQ(PrintableJson("\"\u200b\u200d\U000E0041\""), "\"\\u200b\u200d\\udb40\\udc41\"");
 }
 
 TEST(DisplayWidth, CountsColumnsOfATerminal) {

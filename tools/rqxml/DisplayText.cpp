@@ -1,6 +1,7 @@
 #include "DisplayText.h"
 
 #include <unicode/uchar.h>
+#include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
 #include <array>
@@ -32,6 +33,21 @@ bool ChangesDirection(UChar32 character) {
   return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
+// Not the joiners U+200C and U+200D: some scripts cannot be written without them.
+bool IsInvisible(UChar32 character) {
+  switch (character) {
+    case 0x061C:  // marks of direction
+    case 0x200E:
+    case 0x200F:
+    case 0x200B:  // of no width
+    case 0x2060:
+    case 0xFEFF:
+      return true;
+    default:
+      return character >= 0xE0000 && character <= 0xE007F;  // tags
+  }
+}
+
 bool IsPlainAscii(UChar32 character) { return character >= 0x20 && character < 0x7F; }
 
 bool NeedsEscape(UChar32 character) {
@@ -43,7 +59,7 @@ bool NeedsEscape(UChar32 character) {
     case U_SURROGATE:
       return true;
     default:
-      return ChangesDirection(character);
+      return ChangesDirection(character) || IsInvisible(character);
   }
 }
 
@@ -66,6 +82,12 @@ std::string EscapeCharacter(UChar32 character) {
     default:
       return Hexadecimal(character < 0x80 ? "\\x%02x" : "\\u{%x}", static_cast<unsigned>(character));
   }
+}
+
+std::string EscapeForJson(UChar32 character) {
+  const auto unit = [](UChar32 value) { return Hexadecimal("\\u%04x", static_cast<unsigned>(value)); };
+  if (character <= 0xFFFF) return unit(character);
+  return unit(U16_LEAD(character)) + unit(U16_TRAIL(character));
 }
 
 // `text` with what `replace` makes of each character that `mustGo` names, and of the byte where it begins.
@@ -117,9 +139,7 @@ std::string Printable(std::string_view text) {
 std::string PrintableJson(std::string_view json) {
   return ReplaceCharacters(
       json, [](UChar32 character) { return character != '\n' && character >= 0 && NeedsEscape(character); },
-      [](UChar32 character, char) {
-        return Hexadecimal("\\u%04x", static_cast<unsigned>(character));  // none lies beyond the basic plane
-      });
+      [](UChar32 character, char) { return EscapeForJson(character); });
 }
 
 std::size_t DisplayWidth(std::string_view text) {

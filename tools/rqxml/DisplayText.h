@@ -8,9 +8,9 @@
 namespace rqtool {
 
 /// `text` (UTF-8) with everything escaped that would steer a terminal or disorder a line instead of being shown:
-/// control characters as \n, \t, \r, \x1b or \u{9b}, line and paragraph separators and characters that change the
-/// writing direction as \u{202e}, bytes that are no UTF-8 as \xff. All else stays, backslashes too: the result is for
-/// reading, not for reading back.
+/// control characters as \n, \t, \r, \x1b or \u{9b}, line and paragraph separators, characters that change the writing
+/// direction and marks that cannot be seen as \u{202e}, bytes that are no UTF-8 as \xff. All else stays, backslashes
+/// too: the result is for reading, not for reading back.
 std::string Printable(std::string_view text);
 
 /// `json`, the text of a JSON document, with the same characters escaped as JSON asks for, except its own line ends.
