@@ -78,10 +78,16 @@ TEST_F(DocumentScan, FindsTheFieldsOfTheFirstDictionaryAlone) {
   }
 }
 
-TEST_F(DocumentScan, PassesOverFieldsInEntities) {
-  std::istringstream in(
-      "<!DOCTYPE PMML [<!ENTITY e '<DataField/>'>]>\n<PMML><DataDictionary>\n&e;<DataField/></DataDictionary></PMML>");
-  EXPECT_EQ(Shown(FindDataField(in, 0)), "3:16");
+TEST_F(DocumentScan, FindsNothingBehindADoctypeThatDeclaresAnything) {
+  const std::string content = "\n<PMML><DataDictionary>\n<DataField/></DataDictionary></a>";
+  for (const std::string doctype : {"<!DOCTYPE PMML [<!ENTITY e '<DataField/>'>]>", "<!DOCTYPE PMML SYSTEM '/none'>"}) {
+    std::istringstream field(doctype + content);
+    EXPECT_EQ(Shown(FindDataField(field, 0)), "nowhere");
+    std::istringstream element(doctype + content);
+    EXPECT_FALSE(FindDocumentElement(element));
+    std::istringstream error(doctype + content);
+    EXPECT_EQ(Shown(FindError(error)), "nowhere");
+  }
 }
 
 TEST_F(DocumentScan, FindsTheFirstError) {

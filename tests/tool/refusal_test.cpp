@@ -29,6 +29,18 @@ std::string Pmml(const std::string& fields, const std::string& rest = "") {
 
 constexpr const char* kGood = "<DataField name='good' optype='continuous' dataType='double'/>\n";
 
+std::string Repeat(const std::string& piece, int times) {
+  std::string text;
+  for (int i = 0; i < times; ++i) text += piece;
+  return text;
+}
+
+std::string ManyNames() {
+  std::string elements;
+  for (int i = 0; i < 20'000; ++i) elements += "<e" + std::to_string(i) + "/>";
+  return elements;
+}
+
 // A document that is refused, and what is told.
 struct Row {
   const char* description;
@@ -44,8 +56,14 @@ const std::vector<Row> kRows{
     {"mismatched tags", "<PMML>\n  <a></b></PMML>", {}, ":2:8: not well-formed: expected end of tag 'a'\n", ""},
     {"cut off between tags", "<PMML>\n<DataDictionary>\n", {}, ":3:1: not well-formed: input ended before all", ""},
     {"cut off in a tag", "<PMML>\n<DataDic", {}, ":2:9: cannot be read as XML: unexpected end of input\n", "104"},
-    {"compressed", "\x1f\x8b\x08\x08garbage", {}, ":1:1: cannot be read as XML: invalid byte", "104"},
-    {"unknown encoding", "<?xml version='1.0' encoding='nix'?><PMML/>", {}, "cannot be read as XML: unable", "104"},
+    {"compressed", "\x1f\x8b\x08\x08garbage", {}, ":1:2: cannot be read as XML: invalid byte 0x8b for UTF-8\n", "104"},
+    {"unknown encoding", "<?xml version='1.0' encoding='nix'?><PMML/>", {}, ": cannot be read as XML: unable", "104"},
+    {"a byte that is no UTF-8, far in",
+     Pmml(Repeat(kGood, 2'000) + "<!-- caf\xE9 -->"),
+     {},
+     ":2003:9: cannot be read as XML: invalid byte 0xe9 for UTF-8\n",
+     "104"},
+    {"too many names", Pmml(ManyNames()), {}, ": cannot be read as XML: too many different names", "104"},
     {"unknown version", "<?xml version='1.2'?><PMML/>", {}, ": the XML declaration asks for a version other", ""},
     {"other root",
      "<!-- x -->\n<DataModel a='b'>\n</DataModel>",
@@ -57,7 +75,7 @@ const std::vector<Row> kRows{
     {"no dictionary",
      "<PMML><a><DataDictionary/></a></PMML>",
      {},
-     ": \"PMML\" has no child element \"DataDictionary\"\n",
+     ":1:7: \"PMML\" has no child element \"DataDictionary\"\n",
      "106"},
     {"no name",
      Pmml(std::string(kGood) + "<DataField optype='continuous' dataType='double'/>"),
@@ -157,6 +175,20 @@ TEST(Refusal, IsToldTheSameWayForStandardInput) {
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_THAT(result.err, AllOf(HasSubstr("rqxml: standard input:"), HasSubstr(row.message))) << result;
   }
+}
+
+TEST(Refusal, OfBytesThatAnEncodingOtherThanUtf8DoesNotHaveTellsNoPlace) {
+  const std::string document =
+      "<?xml version='1.0' encoding='US-ASCII'?>\n" + Pmml(Repeat(kGood, 2'000) + "<!-- \xE9 -->");
+  const ToolResult result = RunTool(ToolCall{.arguments = {"vars", "-"}, .input = document});
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.err, AllOf(HasSubstr("rqxml: standard input: cannot be read as XML: "), HasSubstr("status 104")));
+}
+
+TEST(Refusal, OfTooManyNamesHasAHintOfItsOwn) {
+  const ToolResult result = RunTool(ToolCall{.arguments = {"vars", "-"}, .input = Pmml(ManyNames())});
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_THAT(result.err, HasSubstr("\n  hint: documents of this kind have a few hundred different names"));
 }
 
 TEST(Refusal, IsTheSameWithJson) {

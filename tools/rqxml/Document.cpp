@@ -1,5 +1,6 @@
 #include "Document.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <xercesc/dom/DOMException.hpp>
@@ -7,6 +8,7 @@
 
 #include "DocumentScan.h"
 #include "Failure.h"
+#include "MalformedUtf8.h"
 #include "XmlPlatform.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXStatusCodes.h"
@@ -24,6 +26,11 @@ constexpr std::string_view kTooManyNames = "too many different names, or attribu
 constexpr const char* kDoctypeHint =
     "a DOCTYPE can open other files, go to the network and grow without limit; if you trust the document, give "
     "--allow-dtd (and leave XERCES_DISABLE_DTD out of the environment)";
+
+std::string HexadecimalByte(std::uint8_t value) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  return {'0', 'x', kDigits[value / 16], kDigits[value % 16]};
+}
 
 Failure Refusal(Problem problem) { return Failure(ExitCode::Refused, std::move(problem)); }
 
@@ -61,6 +68,23 @@ Failure BadDeclaration(const InputFile& input, const xercesc::DOMException& e) {
                   .hint = "correct the beginning of the document"});
 }
 
+constexpr const char* kDoctypePartHint =
+    "see that every file and address that the DOCTYPE names can be read, and is in the encoding that it says";
+
+// With a DOCTYPE anything may be the cause that it names.
+bool FollowsDoctype(InputFile& input) { return !RefusesDtds() && HasDoctype(input.FromStart()); }
+
+// The XML library decodes in blocks, ahead of what it tells as the place.
+void LocateDecodingError(InputFile& input, Problem& problem) {
+  if (!IsMeantAsUtf8(input.FromStart())) return;
+  if (const auto malformed = FindMalformedUtf8(input.FromStart())) {
+    problem.place = malformed->place;
+    problem.what = "cannot be read as XML: invalid byte " + HexadecimalByte(malformed->value) + " for UTF-8";
+  } else {
+    problem.place = FindError(input.FromStart());
+  }
+}
+
 // `message` is the XML library's own.
 Failure UnreadableDocument(InputFile& input, const std::string& message) {
   Problem problem{.file = input.GetDisplayName(),
@@ -68,8 +92,14 @@ Failure UnreadableDocument(InputFile& input, const std::string& message) {
                   .status = RQXPrsUtil::ParseFailed,
                   .hint = "see whether it was cut off, is compressed, or is in another encoding than it says"};
   if (!message.empty()) problem.what += ": " + message;
-  // A second look at what is refused for the time it would take would take that time.
-  if (message != kTooManyNames) problem.place = FindError(input.FromStart());
+  if (message == kTooManyNames) {
+    // A second look at what is refused for the time it would take would take that time.
+    problem.hint = "documents of this kind have a few hundred different names: see where this one comes from";
+  } else if (FollowsDoctype(input)) {
+    problem.hint = kDoctypePartHint;
+  } else {
+    LocateDecodingError(input, problem);
+  }
   return Refusal(std::move(problem));
 }
 
@@ -85,11 +115,13 @@ Failure WrongElement(InputFile& input) {
   return Refusal(std::move(problem));
 }
 
-Failure NoDictionary(const InputFile& input) {
-  return Refusal({.file = input.GetDisplayName(),
+Failure NoDictionary(InputFile& input) {
+  Problem problem{.file = input.GetDisplayName(),
                   .what = "\"PMML\" has no child element \"DataDictionary\"",
                   .status = RQXPrsUtil::NoDataDictionary,
-                  .hint = "the variables of a PMML document stand there; a prefixed name is another name"});
+                  .hint = "the variables of a PMML document stand there; a prefixed name is another name"};
+  if (const auto element = FindDocumentElement(input.FromStart())) problem.place = element->place;
+  return Refusal(std::move(problem));
 }
 
 Failure RefusedDocument(InputFile& input, const RQStatus& status, const std::string& message) {

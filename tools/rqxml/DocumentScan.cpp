@@ -31,7 +31,8 @@ struct StartTag {
   Place place;
 };
 
-// Hands the start tags to a function until that says that it has seen enough.
+// Hands the start tags to a function until that says that it has seen enough, and goes no further than a document type
+// declaration: to follow that would fetch external parts once more, which may be gone or never come.
 class StartTags : public xercesc::DefaultHandler {
  public:
   explicit StartTags(std::function<bool(const StartTag&)> isEnough) : fIsEnough(std::move(isEnough)) {}
@@ -42,22 +43,23 @@ class StartTags : public xercesc::DefaultHandler {
 
   void startElement(const XMLCh* const, const XMLCh* const, const XMLCh* const name,
                     const xercesc::Attributes&) override {
-    // In the library's tree the content of an entity is no child of the element around it.
-    if (!fDone && fEntities == 0) {
+    if (!fDone) {
       fDone = fIsEnough({name, fDepth, {fLocator->getLineNumber(), fLocator->getColumnNumber()}});
     }
     ++fDepth;
   }
 
   void endElement(const XMLCh* const, const XMLCh* const, const XMLCh* const) override { --fDepth; }
-  void startEntity(const XMLCh* const) override { ++fEntities; }
-  void endEntity(const XMLCh* const) override { --fEntities; }
+
+  // Comes before any part of the declaration is followed.
+  void startDTD(const XMLCh* const, const XMLCh* const, const XMLCh* const) override {
+    throw xercesc::SAXException("a document type declaration");
+  }
 
  private:
   std::function<bool(const StartTag&)> fIsEnough;
   const xercesc::Locator* fLocator = nullptr;
   std::size_t fDepth = 0;
-  std::size_t fEntities = 0;
   bool fDone = false;
 };
 

@@ -2,7 +2,8 @@
 #define RQXML_TOOLS_DOCUMENTSCAN_H
 
 /// @file
-/// A second look at a document, for better messages only: what cannot be found out is simply not told.
+/// A second look at a document, for better messages only: what cannot be found out is simply not told. No part of a
+/// document type declaration is followed, and nothing behind one is found.
 
 #include <cstddef>
 #include <istream>
@@ -23,8 +24,8 @@ struct DocumentElement {
 /// entities.
 inline constexpr const char* kStreamName = "istream";
 
-/// Finds the place of the first error that makes the document that `in` holds unreadable, unless it stands in an
-/// external entity.
+/// Finds the place of the first error that makes the document that `in` holds unreadable. The XML library decodes in
+/// blocks: the place of bytes that cannot be decoded is not where they stand.
 std::optional<Place> FindError(std::istream& in);
 
 /// Finds the document element of the document that `in` holds from its current position on. The XML library must
