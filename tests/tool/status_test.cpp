@@ -68,6 +68,13 @@ TEST(Status, OneCodeIsToldWithMeaningFlagCausesAndWhatToDo) {
                                 HasSubstr("\nCauses:\n  - "), HasSubstr("\nWhat to do:\n  ")));
 }
 
+TEST(Status, ZeroIsGood) {
+  const ToolResult result = RunTool({"status", "0"});
+  EXPECT_EQ(result.exitCode, 0) << result;
+  EXPECT_THAT(result.out, StartsWith("0: good, nothing failed\nflag: false\n"));
+  EXPECT_EQ(json::parse(RunTool({"status", "0", "--json"}).out).at("code"), 0);
+}
+
 TEST(Status, OneCodeAsJsonIsTheEntryOfTheWholeTable) {
   const json one = json::parse(RunTool({"status", "--json", "109"}).out);
   for (const json& entry : AllCodes()) {

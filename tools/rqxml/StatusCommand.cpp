@@ -1,6 +1,8 @@
+#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "Command.h"
 #include "Failure.h"
@@ -50,13 +52,22 @@ std::string AllAsJson() {
   return JsonText({{"codes", codes}});
 }
 
-const StatusEntry& Find(long code) {
-  if (const StatusEntry* const entry = FindStatus(code)) return *entry;
+const StatusEntry& Find(const std::string& code) {
+  long number = 0;
+  const char* const end = code.data() + code.size();
+  const auto [stop, error] = std::from_chars(code.data(), end, number);
+  if (error == std::errc::invalid_argument || stop != end) {
+    throw Failure(ExitCode::WrongUsage, {.what = "CODE is a whole number, which \"" + code + "\" is not",
+                                         .hint = "rqxml status --help tells what it takes"});
+  }
+  if (error == std::errc() && number == 0) return GoodStatus();
+  const StatusEntry* const entry = error == std::errc() ? FindStatus(number) : nullptr;
+  if (entry != nullptr) return *entry;
   throw Failure(ExitCode::WrongUsage,
-                {.what = "there is no status code " + std::to_string(code), .hint = "rqxml status lists all of them"});
+                {.what = "there is no status code " + code, .hint = "rqxml status lists all of them"});
 }
 
-std::string Report(std::optional<long> code, bool json) {
+std::string Report(const std::optional<std::string>& code, bool json) {
   if (!code) return json ? AllAsJson() : AllAsText();
   const StatusEntry& entry = Find(*code);
   return json ? JsonText(ToJson(entry)) : OneAsText(entry);
@@ -65,7 +76,7 @@ std::string Report(std::optional<long> code, bool json) {
 }  // namespace
 
 void AddStatusCommand(CLI::App& app, Request& request) {
-  const auto code = std::make_shared<std::optional<long>>();
+  const auto code = std::make_shared<std::optional<std::string>>();
   CLI::App* const command = app.add_subcommand("status", "Explain the status codes of the library");
   command->add_option("CODE", *code, "the code to explain; all codes when left out")->option_text(" ");
   AddJson(*command, request);

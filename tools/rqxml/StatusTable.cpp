@@ -154,6 +154,12 @@ static_assert(std::is_sorted(kTable.begin(), kTable.end(),
 
 std::span<const StatusEntry> StatusTable() { return kTable; }
 
+const StatusEntry& GoodStatus() {
+  static constexpr StatusEntry kGood{
+      0, false, "good, nothing failed", {"the operation did what was asked"}, "nothing needs to be done"};
+  return kGood;
+}
+
 const StatusEntry* FindStatus(long code) {
   const auto found =
       std::find_if(kTable.begin(), kTable.end(), [code](const StatusEntry& e) { return e.code == code; });

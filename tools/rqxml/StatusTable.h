@@ -19,6 +19,9 @@ struct StatusEntry {
 /// All failure codes of the library, ascending.
 std::span<const StatusEntry> StatusTable();
 
+/// What is said of 0, which is no failure code.
+const StatusEntry& GoodStatus();
+
 /// The entry of `code`, or null when the library has no such code.
 const StatusEntry* FindStatus(long code);
 
