@@ -226,6 +226,21 @@ TEST(Fields, ThatDoNotExistAreNotedOnceAndForgiven) {
   EXPECT_THAT(Names(json::parse(result.out)), ElementsAre("age"));
 }
 
+TEST(Fields, ThatDoNotExistAreSummedUpAfterTen) {
+  const auto notesOn = [](int count) {
+    std::string names = "age";
+    for (int i = 0; i < count; ++i) names += ",none" + std::to_string(i);
+    const ToolResult result = RunTool({"vars", Example("survey.pmml"), "--fields", names});
+    EXPECT_EQ(result.exitCode, 0) << result;
+    return result.err;
+  };
+  const std::string tenth = "no field is named \"none9\" in " + Example("survey.pmml") + "\n";
+  EXPECT_THAT(notesOn(10), ::testing::EndsWith(tenth));
+  EXPECT_THAT(notesOn(11), ::testing::EndsWith(tenth + "rqxml: note: 1 more name of --fields belongs to no field\n"));
+  EXPECT_THAT(notesOn(1000),
+              ::testing::EndsWith(tenth + "rqxml: note: 990 more names of --fields belong to no field\n"));
+}
+
 TEST(Fields, ThatAreNotNamedNeedNoBins) {
   EXPECT_THAT(RunTool({"vars", Example("survey.pmml"), "--bins"}).err, HasSubstr("DataField \"id\""));
   const json document = Vars({Example("survey.pmml"), "--bins", "--fields", "age,income,state"});

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <iterator>
 #include <memory>
 #include <optional>
@@ -29,6 +30,9 @@ constexpr std::string_view kFooter =
     "A name with a comma in it, or a double quote at its beginning, stands in double\n"
     "quotes, each quote in it twice: --fields 'age,\"height, cm\"'.\n\n"
     "With --bins each continuous field that is listed must have bins.\n\n";
+
+// Names that no field has are told one by one up to this many.
+constexpr std::size_t kMostNotes = 10;
 
 // What the options ask for.
 struct VarsOptions {
@@ -69,9 +73,15 @@ std::vector<std::string> NotesOnUnknownNames(const std::vector<std::string>& nam
   std::unordered_set<std::string> known;
   for (int i = 0; i < list.Size(); ++i) known.insert(list.GetVarAt(i)->GetName());
   std::vector<std::string> notes;
+  std::size_t unknown = 0;
   for (const std::string& name : names) {
-    if (!known.insert(name).second) continue;
+    if (!known.insert(name).second || ++unknown > kMostNotes) continue;
     notes.push_back(Printable("no field is named \"" + name + "\" in " + input.GetDisplayName()));
+  }
+  if (unknown > kMostNotes) {
+    const std::size_t more = unknown - kMostNotes;
+    notes.push_back(std::to_string(more) + (more == 1 ? " more name of --fields belongs to no field"
+                                                      : " more names of --fields belong to no field"));
   }
   return notes;
 }
