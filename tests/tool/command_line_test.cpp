@@ -79,6 +79,11 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"vars", "a", "b"}, "not expected: b", "rqxml vars --help"},
       {{"vars", "a", "--nothing"}, "--nothing", "rqxml vars --help"},
       {{"vars", "a", "--fields"}, "--fields", "rqxml vars --help"},
+      {{"vars", "-x.pmml"}, "rqxml vars has no option \"-x.pmml\"", "./-x.pmml, or stands behind --"},
+      {{"vars", "--typo"}, "rqxml vars has no option \"--typo\"", "rqxml vars --help"},
+      {{"vars", "--version"}, "rqxml vars has no option \"--version\"", "rqxml vars --help"},
+      {{"vars", "a", "--fields="}, "--fields= gives no value", "--fields=a,b,c"},
+      {{"vars", "--fields=", "a"}, "--fields= gives no value", "--fields=a,b,c"},
       {{"vars", "a", "--fields", "x,\"y"}, "the quotes do not match", "double quotes"},
       {{"vars", "a", "--fields", "\"x\"y"}, "the quotes do not match", "double quotes"},
       {{"vars", "a", "--fields", "x,,y"}, "a field name is empty", "a,b,c"},
@@ -86,8 +91,11 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"status", "x"}, "CODE", "rqxml status --help"},
       {{"status", "103", "104"}, "104", "rqxml status --help"},
       {{"status", "117"}, "no status code 117", "rqxml status"},
-      {{"status", "0"}, "no status code 0", "rqxml status"},
       {{"status", "-5"}, "-5", "rqxml status"},
+      {{"status", "99999999999999999999"}, "no status code 99999999999999999999", "rqxml status"},
+      {{"status", "-99999999999999999999"}, "99999999999999999999", "rqxml status"},
+      {{"status", "103x"}, "CODE is a whole number, which \"103x\" is not", "rqxml status --help"},
+      {{"status", ""}, "CODE is a whole number, which \"\" is not", "rqxml status --help"},
   };
   for (const Row& row : rows) {
     const ToolResult result = RunTool(row.arguments);
@@ -96,6 +104,13 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
     EXPECT_THAT(result.err,
                 AllOf(HasSubstr("rqxml: "), HasSubstr(row.message), HasSubstr("  hint: "), HasSubstr(row.help)));
   }
+}
+
+TEST(CommandLine, AFileWhoseNameLooksLikeAnOptionStandsBehindTwoHyphens) {
+  const ToolResult result = RunTool({"vars", "--", "--no-such=file"});
+  EXPECT_EQ(result.exitCode, 3) << result;
+  EXPECT_THAT(result.err, HasSubstr("rqxml: --no-such=file: cannot be opened"));
+  EXPECT_EQ(RunTool({"vars", "--", "--no-such-file="}).exitCode, 3);
 }
 
 TEST(CommandLine, ArgumentsCannotSteerTheTerminal) {

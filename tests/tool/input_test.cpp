@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -77,6 +78,10 @@ TEST(Input, WhatIsNotThereCannotBeOpened) {
   ExpectFileFailure(RunTool({"vars", "/no/such/file.pmml"}), "/no/such/file.pmml: cannot be opened: No such file");
 }
 
+TEST(Input, AnEmptyNameIsShownInQuotes) {
+  ExpectFileFailure(RunTool({"vars", ""}), "rqxml: \"\": cannot be opened: No such file");
+}
+
 TEST(Input, AnAddressIsALocalFileThatIsNotThere) {
   // Even if the network were asked, nobody would answer there.
   for (const char* name : {"http://127.0.0.1:9/x.pmml", "ftp://127.0.0.1:9/x.pmml", "file:///etc/hostname"}) {
@@ -131,6 +136,40 @@ TEST(Input, APipeIsReadWithAllowDtdAlsoASecondTimeForAMessage) {
   const ToolResult bad = runWith("<PMML>\n<DataDictionary>\n<DataField/></DataDictionary></PMML>");
   EXPECT_EQ(bad.exitCode, 1) << bad;
   EXPECT_THAT(bad.err, HasSubstr("pipe:3:13: DataField number 1"));
+}
+
+// Gives `name` to each of two files in turn as fast as it can, until it is destroyed.
+class NameChanger {
+ public:
+  NameChanger(const std::string& name, const std::string& one, const std::string& other)
+      : thread_([this, name, one, other] {
+          for (bool first = false; !done_; first = !first) {
+            std::filesystem::create_hard_link(first ? one : other, name + ".new");
+            std::filesystem::rename(name + ".new", name);
+          }
+        }) {}
+  ~NameChanger() {
+    done_ = true;
+    thread_.join();
+  }
+
+ private:
+  std::atomic<bool> done_{false};
+  std::thread thread_;
+};
+
+TEST(Input, ANameThatTurnsIntoAPipeWhileItIsOpenedDoesNotHang) {
+  const TempFolder folder;
+  const std::string pipe = folder.File("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::string file = WriteFile(folder.File("file"), kOneField);
+  const std::string name = folder.File("name");
+  std::filesystem::create_hard_link(file, name);
+  const NameChanger changer(name, file, pipe);
+  for (int i = 0; i < 100; ++i) {
+    const ToolResult result = RunTool({"vars", name});
+    ASSERT_TRUE(result.exitCode == 0 || result.exitCode == 3) << result;
+  }
 }
 
 TEST(Input, ADeviceIsRefused) { ExpectFileFailure(RunTool({"vars", "/dev/zero"}), "is a pipe or a device"); }
@@ -209,6 +248,45 @@ TEST(Doctype, CannotMakeTheReaderOpenOtherFiles) {
   EXPECT_THAT(result.err, AllOf(HasSubstr("DOCTYPE"), Not(HasSubstr("the secret"))));
 }
 
+TEST(Doctype, WithAPartThatIsNotThereIsRefusedWithAHint) {
+  const TempFolder folder;
+  for (const std::string doctype :
+       {"<!DOCTYPE PMML SYSTEM '/no/such.dtd'>", "<!DOCTYPE PMML [<!ENTITY e SYSTEM '/no/such.xml'>]>",
+        "<!DOCTYPE PMML [<!ENTITY % p SYSTEM '/no/such.ent'> %p;]>"}) {
+    const std::string reference = doctype.find("ENTITY e") == std::string::npos ? "" : "&e;";
+    const std::string document = doctype + "\n<PMML>" + reference + "<DataDictionary/></PMML>";
+    const ToolResult result = RunTool({"vars", "--allow-dtd", WriteFile(folder.File("d.pmml"), document)});
+    EXPECT_EQ(result.exitCode, 1) << result;
+    EXPECT_THAT(result.err, AllOf(HasSubstr("/no/such."), HasSubstr("\n  status 104: "),
+                                  HasSubstr("\n  hint: see that every file and address that the DOCTYPE names")));
+  }
+}
+
+TEST(Doctype, IsFollowedOnceOnlyWhateverIsToldOfTheDocument) {
+  const TempFolder folder;
+  const std::string part = folder.File("part");
+  ASSERT_EQ(mkfifo(part.c_str(), 0600), 0);
+  struct Row {
+    std::string content;
+    std::string message;
+  };
+  const std::vector<Row> rows{
+      {"<PMML>&e;<DataDictionary><DataField/></DataDictionary></PMML>", "d.pmml: DataField number 1: the attribute"},
+      {"<PMML>&e;</PMML>", "d.pmml: \"PMML\" has no child element"},
+      {"<Other>&e;</Other>", "d.pmml: has no document element"},
+      {"<PMML>&e;<Data", "d.pmml: cannot be read as XML: "},
+  };
+  for (const Row& row : rows) {
+    const std::string doctype = "<!DOCTYPE PMML [<!ENTITY e SYSTEM '" + part + "'>]>\n";
+    const std::string file = WriteFile(folder.File("d.pmml"), doctype + row.content);
+    std::thread writer([&] { WriteFile(part, "<part/>"); });
+    const ToolResult result = RunTool({"vars", "--allow-dtd", file});
+    writer.join();
+    EXPECT_EQ(result.exitCode, 1) << result;
+    EXPECT_THAT(result.err, HasSubstr(row.message));
+  }
+}
+
 TEST(Doctype, AnErrorInAnEntityNamesTheEntityNotTheDocument) {
   const TempFolder folder;
   WriteFile(folder.File("part.xml"), "\n\n<a><b></a>");
@@ -226,6 +304,15 @@ TEST(Output, AFullDiskIsAFileFailure) {
     EXPECT_EQ(result.exitCode, 3) << result;
     EXPECT_THAT(result.err, AllOf(HasSubstr("standard output cannot be written"), HasSubstr("No space left")));
   }
+}
+
+TEST(Output, BeyondThePermittedSizeOfAFileIsAFileFailure) {
+  const TempFolder folder;
+  const ToolResult result = RunTool(ToolCall{.arguments = {"vars", "--json", Example("customers.pmml")},
+                                             .outputFile = folder.File("out"),
+                                             .fileSizeLimit = 100});
+  EXPECT_EQ(result.exitCode, 3) << result;
+  EXPECT_THAT(result.err, AllOf(HasSubstr("standard output cannot be written"), HasSubstr("File too large")));
 }
 
 TEST(Output, AClosedStandardOutputIsAFileFailure) {

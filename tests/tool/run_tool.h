@@ -21,6 +21,7 @@ struct ToolCall {
   bool breakPipe = false;                                          ///< standard output is a pipe that nobody reads
   std::optional<unsigned short> terminalColumns{};                 ///< standard output is a terminal of that width
   std::size_t memoryLimit = 0;                                     ///< address space in bytes; 0 for no limit
+  std::optional<std::size_t> fileSizeLimit{};                      ///< how many bytes a file may get that is written
 };
 
 /// How it went.

@@ -1,7 +1,8 @@
 #ifndef RQXML_TOOLS_INPUTFILE_H
 #define RQXML_TOOLS_INPUTFILE_H
 
-#include <fstream>
+#include <ext/stdio_filebuf.h>
+
 #include <istream>
 #include <memory>
 #include <string>
@@ -27,7 +28,7 @@ class InputFile {
 
   /// The name as it was given.
   const std::string& GetName() const { return fName; }
-  /// The name for people: "standard input" for "-".
+  /// The name for people: "standard input" for "-", and two quotes for an empty name.
   std::string GetDisplayName() const;
 
   /// The bytes, from where reading got to.
@@ -42,8 +43,12 @@ class InputFile {
   void RequireWhole() const;
 
  private:
+  /// True for a regular file, false for a pipe or a device.
+  bool OpenFile(SpecialFiles specialFiles);
+
   std::string fName;
-  std::ifstream fFile;
+  __gnu_cxx::stdio_filebuf<char> fFile;      ///< closed for standard input
+  std::istream fPlain;                       ///< reads fFile
   std::unique_ptr<RecordingBuffer> fRecord;  ///< for what cannot be repositioned; null for a regular file
   std::unique_ptr<std::istream> fRecorded;
   std::istream* fStream;

@@ -2,8 +2,10 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -72,6 +74,15 @@ ExitCode Perform(const Request& request) {
   }
 }
 
+// The first word that looks like an option and is none of `subCommand`.
+std::optional<std::string> FindUnknownOption(const CLI::App& subCommand) {
+  for (const std::string& word : subCommand.remaining()) {
+    if (word == "--") return std::nullopt;
+    if (word.size() > 1 && word.front() == '-') return word;
+  }
+  return std::nullopt;
+}
+
 // --help and --version come as exceptions too.
 ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   std::ostringstream out;
@@ -82,7 +93,26 @@ ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   std::string what = e.what();
   if (chosen.empty() && !unknown.empty()) what = "there is no sub-command or option \"" + unknown.front() + '"';
   const std::string command = chosen.empty() ? "rqxml" : "rqxml " + chosen.front()->get_name();
-  return Report(Failure(ExitCode::WrongUsage, {.what = what, .hint = command + " --help tells what it takes"}));
+  std::string hint = command + " --help tells what it takes";
+  // A word that was not understood comes before what is missing for want of it.
+  const std::optional<std::string> option = chosen.empty() ? std::nullopt : FindUnknownOption(*chosen.front());
+  if (option) {
+    what = command + " has no option \"" + *option + '"';
+    if (chosen.front()->get_option_no_throw("FILE") != nullptr) {
+      hint += "; a file of that name is ./" + *option + ", or stands behind --";
+    }
+  }
+  return Report(Failure(ExitCode::WrongUsage, {.what = what, .hint = hint}));
+}
+
+// The parser takes --name= for --name, and the next word for its value.
+std::optional<std::string> FindEmptyValue(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view word = argv[i];
+    if (word == "--") return std::nullopt;
+    if (word.substr(0, 2) == "--" && word.find('=') == word.size() - 1) return std::string(word);
+  }
+  return std::nullopt;
 }
 
 ExitCode Run(int argc, char** argv) {
@@ -94,6 +124,11 @@ ExitCode Run(int argc, char** argv) {
   Request request;
   AddVarsCommand(app, request);
   AddStatusCommand(app, request);
+  if (const std::optional<std::string> word = FindEmptyValue(argc, argv)) {
+    return Report(Failure(ExitCode::WrongUsage, {.what = *word + " gives no value",
+                                                 .hint = "write the value behind it, as in --fields=a,b,c; rqxml "
+                                                         "--help tells more"}));
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
@@ -114,6 +149,8 @@ ExitCode Run(int argc, char** argv) {
 int main(int argc, char** argv) {
   // The reader of a pipe may leave at any time: the write then fails, and nothing needs to be said about it.
   std::signal(SIGPIPE, SIG_IGN);
+  // A write beyond the permitted size of a file fails too, and is told as such.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false);
   try {
     return static_cast<int>(rqtool::Run(argc, argv));
