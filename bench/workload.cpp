@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -74,6 +75,12 @@ void Require(bool condition, const char* text) {
   if (condition) return;
   std::fprintf(stderr, "not true: %s\n", text);
   std::exit(1);
+}
+
+double ProcessorMilliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
 double Quantile(std::vector<double>& values, double share) {
