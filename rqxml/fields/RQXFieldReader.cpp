@@ -66,6 +66,14 @@ void ReadInvalidRange(const xercesc::DOMElement& extension, RQXField& field) {
   if (XStrEquals(name, u"invalidRangeUpper")) field.invalidUpper = bound;
 }
 
+RQCommon::RQStatus ReadRange(const xercesc::DOMElement& interval, RQXField& field) {
+  field.low = std::numeric_limits<double>::min();
+  field.high = RQXField::kHighest;
+  if (ReadDoubleAttribute(interval, u"leftMargin", field.low) == RQXNumberAttribute::Bad) return kBad;
+  if (ReadDoubleAttribute(interval, u"rightMargin", field.high) == RQXNumberAttribute::Bad) return kBad;
+  return field.low > field.high ? kBad : RQCommon::RQStatus();
+}
+
 void AppendValue(const xercesc::DOMElement& value, const XMLCh* name, bool numeric, std::vector<double>& numbers,
                  std::vector<std::string>& texts) {
   const XMLCh* const text = AttributeOf(value, name);

@@ -40,6 +40,11 @@ void ReadValue(const xercesc::DOMElement& value, RQXField& field);
 /// An "Extension": "invalidRangeLower" or "invalidRangeUpper" with a numeric "value"; any other is ignored.
 void ReadInvalidRange(const xercesc::DOMElement& extension, RQXField& field);
 
+/// An "Interval" that is the range of a settings document's field. A missing right margin is the largest double, a
+/// missing left one the smallest positive normal double: documents are written for that.
+/// @return OK; 109 for a margin that is no number, and for a left margin above the right one
+RQCommon::RQStatus ReadRange(const xercesc::DOMElement& interval, RQXField& field);
+
 /// @}
 
 /// Appends the attribute `name` of a value element to the field's numbers or texts (whichever the field has), unless
