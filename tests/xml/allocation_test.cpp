@@ -1,30 +1,15 @@
-// Every allocation fails once, and nothing may be left behind. The global operator new is replaced; the XML library's
-// memory manager stands on it.
+// Every allocation fails once, and nothing may be left behind.
 
 #include <gtest/gtest.h>
-#include <link.h>
-#include <malloc.h>
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <functional>
-#include <new>
 #include <sstream>
 #include <string>
-#include <vector>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemBufInputSource.hpp>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "rqxml/pmml/RQPMMLParser.h"
 #include "rqxml/xml/RQXMLReadWrite.h"
-#include "rqxml/xml/RQXMLUtil.h"
+#include "tests/support/failing_heap.h"
 #include "tests/support/files.h"
 #include "tests/support/platform.h"
 #include "tests/support/pmml.h"
@@ -32,94 +17,13 @@
 
 namespace {
 
-/// What the replaced operators keep; constant-initialised, so that it is there before anything allocates.
-struct Heap {
-  long ownBlocks = 0;
-  long libraryBlocks = 0;
-  long liveBytes = 0;
-  /// Allocations left until one fails; negative for never.
-  long untilFailure = -1;
-  /// Whether one failed, and whether the XML library had asked for it.
-  bool failed = false;
-  bool failedInLibrary = false;
-  /// Where the code of the XML library lies.
-  std::uintptr_t libraryBegin = 0;
-  std::uintptr_t libraryEnd = 0;
-
-  bool IsLibrary(const void* caller) const {
-    const auto address = reinterpret_cast<std::uintptr_t>(caller);
-    return address >= libraryBegin && address < libraryEnd;
-  }
-  long LiveBlocks() const { return ownBlocks + libraryBlocks; }
-};
-
-Heap heap;
-
-/// Stands before each block; as large as the strictest alignment.
-struct alignas(std::max_align_t) Header {
-  bool library;
-};
-
-void* Allocate(std::size_t size, const void* caller) {
-  const bool library = heap.IsLibrary(caller);
-  if (heap.untilFailure == 0) {
-    heap.untilFailure = -1;
-    heap.failed = true;
-    heap.failedInLibrary = library;
-    throw std::bad_alloc();
-  }
-  if (heap.untilFailure > 0) --heap.untilFailure;
-  void* const place = std::malloc(sizeof(Header) + size);
-  if (place == nullptr) throw std::bad_alloc();
-  auto* const header = new (place) Header{library};
-  ++(library ? heap.libraryBlocks : heap.ownBlocks);
-  heap.liveBytes += static_cast<long>(malloc_usable_size(place));
-  return header + 1;
-}
-
-void Free(void* block) noexcept {
-  if (block == nullptr) return;
-  Header* const header = static_cast<Header*>(block) - 1;
-  --(header->library ? heap.libraryBlocks : heap.ownBlocks);
-  heap.liveBytes -= static_cast<long>(malloc_usable_size(header));
-  std::free(header);
-}
-
-/// Finds where the XML library's code lies.
-void LocateLibrary() {
-  dl_iterate_phdr(
-      [](dl_phdr_info* info, std::size_t, void*) {
-        if (std::strstr(info->dlpi_name, "libxerces-c") == nullptr) return 0;
-        for (int i = 0; i < info->dlpi_phnum; ++i) {
-          const auto& segment = info->dlpi_phdr[i];
-          if (segment.p_type != PT_LOAD || (segment.p_flags & PF_X) == 0) continue;
-          heap.libraryBegin = info->dlpi_addr + segment.p_vaddr;
-          heap.libraryEnd = heap.libraryBegin + segment.p_memsz;
-        }
-        return 1;
-      },
-      nullptr);
-}
-
-}  // namespace
-
-/// Asked by the address sanitizer when the program starts. The tests count what is left themselves; the XML library
-/// leaves much behind when its allocations fail.
-extern "C" __attribute__((visibility("default"))) const char* __asan_default_options() { return "detect_leaks=0"; }
-
-void* operator new(std::size_t size) { return Allocate(size, __builtin_return_address(0)); }
-void* operator new[](std::size_t size) { return Allocate(size, __builtin_return_address(0)); }
-void operator delete(void* block) noexcept { Free(block); }
-void operator delete[](void* block) noexcept { Free(block); }
-void operator delete(void* block, std::size_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t) noexcept { Free(block); }
-
-namespace {
-
 using RQCommon::RQStatus;
 using rqtest::Calls;
 using rqtest::Failure;
+using rqtest::heap;
 using rqtest::Ok;
+using rqtest::Outcome;
+using rqtest::WithFailureAt;
 using RQXPrsUtil::RQPMMLParser;
 using RQXPrsUtil::RQXMLReadWrite;
 
@@ -139,85 +43,9 @@ const std::string& Document() {
   return document;
 }
 
-/// What one run came to: an exception of missing memory, or a status.
-struct Outcome {
-  bool outOfMemory = false;
-  RQStatus status;
-};
-
-Outcome WithFailureAt(long allocation, const std::function<RQStatus()>& work) {
-  Outcome outcome;
-  heap.untilFailure = allocation;
-  try {
-    outcome.status = work();
-  } catch (const std::bad_alloc&) {
-    outcome.outOfMemory = true;
-  } catch (const xercesc::OutOfMemoryException&) {
-    outcome.outOfMemory = true;
-  }
-  heap.untilFailure = -1;
-  return outcome;
-}
-
-/// Runs `round` with failure at allocation 0, 1, ... until a round ends without any, and hands each failure's number
-/// and the blocks that it left behind to `check`.
-void FailEachOnce(const std::function<void(long)>& round,
-                  const std::function<void(long allocation, long own, long library)>& check) {
-  round(-1);  // what the library creates once and keeps
-  for (long allocation = 0;; ++allocation) {
-    heap.failed = false;
-    heap.failedInLibrary = false;
-    const long own = heap.ownBlocks;
-    const long library = heap.libraryBlocks;
-    round(allocation);
-    const long ownLeft = heap.ownBlocks - own;
-    const long libraryLeft = heap.libraryBlocks - library;
-    check(allocation, ownLeft, libraryLeft);
-    if (!heap.failed || ::testing::Test::HasFatalFailure()) break;
-  }
-}
-
-/// The most blocks that the XML library itself leaves behind when one of its allocations fails while a parser of its
-/// own is made, parses and is destroyed: some of its constructors give nothing back.
-long LeftByTheBareLibrary() {
-  static const long most = [] {
-    long left = 0;
-    FailEachOnce(
-        [](long allocation) {
-          WithFailureAt(allocation, [] {
-            xercesc::XercesDOMParser parser;
-            const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(Document().data()),
-                                                    Document().size(), "bare");
-            parser.parse(source);
-            return RQStatus();
-          });
-        },
-        [&](long, long, long library) { left = std::max(left, library); });
-    return left;
-  }();
-  return most;
-}
-
-class Allocation : public rqtest::WithPlatform {
+class Allocation : public rqtest::WithFailingHeap {
  protected:
-  Allocation() {
-    LocateLibrary();
-    LeftByTheBareLibrary();
-  }
-
-  /// As FailEachOnce; a failure outside the XML library must leave nothing behind, and one inside it nothing but
-  /// what the library itself leaves.
-  void FailEachOnceWithoutLeaks(const std::function<void(long)>& round) {
-    ASSERT_NE(heap.libraryEnd, 0U);
-    long failures = 0;
-    FailEachOnce(round, [&](long allocation, long own, long library) {
-      failures += heap.failed ? 1 : 0;
-      ASSERT_EQ(own, 0) << "blocks left after a failure at allocation " << allocation;
-      ASSERT_LE(library, heap.failedInLibrary ? LeftByTheBareLibrary() : 0)
-          << "blocks of the XML library left after a failure at allocation " << allocation;
-    });
-    EXPECT_GT(failures, 10);
-  }
+  Allocation() : WithFailingHeap(Document()) {}
 };
 
 Calls Filled(const RQPMMLParser& parser, bool useBins) {
@@ -326,14 +154,6 @@ const std::string& LargeDocument() {
     return rqtest::PmmlWithFields(fields);
   }();
   return document;
-}
-
-/// Live bytes after the third and after the fiftieth round.
-void ExpectNoGrowth(const std::function<void()>& round) {
-  for (int i = 0; i < 3; ++i) round();
-  const long early = heap.liveBytes;
-  for (int i = 3; i < 50; ++i) round();
-  EXPECT_LE(heap.liveBytes, early + early / 10);
 }
 
 TEST_F(Allocation, FiftyParsesOfOneReaderHoldNoMoreThanAFew) {
