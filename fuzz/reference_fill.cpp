@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
@@ -38,6 +39,16 @@ constexpr std::array<std::string_view, 15> kNumericTypes = {"double",
                                                             "dateTimeSecondsSince[1960]",
                                                             "dateTimeSecondsSince[1970]",
                                                             "dateTimeSecondsSince[1980]"};
+
+// The types of settings documents, and the codes that variables are told for them.
+const std::map<std::string, int>& StorageTypes() {
+  static const std::map<std::string, int> types = {{"integer", 1}, {"double", 2}, {"float", 2},   {"string", 3},
+                                                   {"date", 4},    {"time", 5},   {"dateTime", 6}};
+  return types;
+}
+
+// Whose rules a field is read by: those of models, or those of settings for the fields of one dictionary or the other.
+enum class Kind { Model, Data, Derived };
 
 const DOMElement* AsNamed(const DOMNode* node, const std::string& tag) {
   if (node->getNodeType() != DOMNode::ELEMENT_NODE || SlowUTF8(node->getNodeName()) != tag) return nullptr;
@@ -82,6 +93,9 @@ struct Field {
   std::vector<std::string> labels, missingLabels;
   double lower = kLowest;
   double upper = kHighest;
+  double low = kLowest;
+  double high = kHighest;
+  int storage = 0;
 };
 
 void ReadValue(const DOMElement& value, Field& field) {
@@ -105,20 +119,49 @@ void ReadExtension(const DOMElement& extension, Field& field) {
   if (*name == "invalidRangeUpper") field.upper = *number;
 }
 
-RQStatus ReadField(const DOMElement& element, Field& field) {
+bool ReadMargin(const DOMElement& interval, const char* name, double absent, double& margin) {
+  margin = absent;
+  if (AttributeText(interval, name) == nullptr) return true;
+  const auto number = NumberAttribute(interval, name);
+  if (number) margin = *number;
+  return number.has_value();
+}
+
+RQStatus ReadInterval(const DOMElement& interval, Field& field) {
+  constexpr double kSmallest = std::numeric_limits<double>::min();
+  if (!ReadMargin(interval, "leftMargin", kSmallest, field.low)) return RQStatus(109, false);
+  if (!ReadMargin(interval, "rightMargin", kHighest, field.high)) return RQStatus(109, false);
+  return field.low > field.high ? RQStatus(109, false) : RQStatus();
+}
+
+RQStatus ReadNumericChild(const DOMNode* child, Kind kind, Field& field) {
+  const DOMElement* extension = AsNamed(child, "Extension");
+  if (extension != nullptr) ReadExtension(*extension, field);
+  if (kind == Kind::Model) return {};
+  const DOMElement* interval = AsNamed(child, "Interval");
+  if (extension != nullptr && kind == Kind::Derived) interval = FirstChild(*extension, "Interval");
+  return interval == nullptr ? RQStatus() : ReadInterval(*interval, field);
+}
+
+bool IsKnownType(const std::string& type, Kind kind) {
+  if (kind != Kind::Model) return StorageTypes().count(type) > 0;
+  return type == "string" || std::find(kNumericTypes.begin(), kNumericTypes.end(), type) != kNumericTypes.end();
+}
+
+RQStatus ReadField(const DOMElement& element, Kind kind, Field& field) {
   field.label = Attribute(element, "displayName").value_or("");
   const auto type = Attribute(element, "dataType");
   if (!type) return RQStatus(108, false);
+  if (!IsKnownType(*type, kind)) return RQStatus(109, false);
   field.numeric = *type != "string";
-  if (field.numeric && std::find(kNumericTypes.begin(), kNumericTypes.end(), *type) == kNumericTypes.end())
-    return RQStatus(109, false);
+  if (kind != Kind::Model) field.storage = StorageTypes().at(*type);
   const auto optype = Attribute(element, "optype");
   if (!optype) return RQStatus(108, false);
   field.continuous = *optype == "continuous";
   for (const DOMNode* child = element.getFirstChild(); child != nullptr; child = child->getNextSibling()) {
     if (const DOMElement* value = AsNamed(child, "Value")) ReadValue(*value, field);
-    if (const DOMElement* extension = AsNamed(child, "Extension"); extension != nullptr && field.numeric)
-      ReadExtension(*extension, field);
+    const RQStatus status = field.numeric ? ReadNumericChild(child, kind, field) : RQStatus();
+    if (!status.IsOK()) return status;
   }
   return {};
 }
@@ -179,7 +222,13 @@ void AddMissing(IRQEncoder& encoder, const Field& field) {
     encoder.SetInvalidRange(field.lower, field.upper);
 }
 
-RQStatus AddField(const DOMElement& root, RQVarList& vars, const Field& field, bool useBins) {
+int AddContinuous(RQVarList& vars, const Field& field, Kind kind, const Bins& bins) {
+  if (bins.cutPoints.size() >= 3) return AddBinned(vars, field, bins);
+  if (kind == Kind::Model) return vars.AddContVar(field.name, field.label, IRQVariable::RoleInput);
+  return vars.AddContVar(field.name, field.label, field.low, field.high, IRQVariable::RoleInput, false, -1);
+}
+
+RQStatus AddField(const DOMElement& root, RQVarList& vars, Field& field, Kind kind, bool useBins) {
   Bins bins;
   if (field.continuous && useBins) {
     const DOMElement* dictionary = FirstChild(root, "TransformationDictionary");
@@ -187,11 +236,26 @@ RQStatus AddField(const DOMElement& root, RQVarList& vars, const Field& field, b
     if (discretize == nullptr) return RQStatus(110, false);
     bins = ReadBins(*discretize);
   }
-  const int index = !field.continuous            ? AddCategorical(vars, field)
-                    : bins.cutPoints.size() >= 3 ? AddBinned(vars, field, bins)
-                                                 : vars.AddContVar(field.name, field.label, IRQVariable::RoleInput);
+  const int index = field.continuous ? AddContinuous(vars, field, kind, bins) : AddCategorical(vars, field);
   if (index < 0) return RQStatus(111, false);
+  if (kind != Kind::Model && field.continuous) field.missingStrings.clear();
   AddMissing(*vars.GetEncoderAt(index), field);
+  if (kind != Kind::Model) vars.GetVarAt(index)->SetStorageType(field.storage);
+  return {};
+}
+
+RQStatus AddAll(const DOMElement& root, RQVarList& vars, Kind kind, bool useBins) {
+  const DOMElement* dictionary = FirstChild(root, kind == Kind::Data ? "DataDictionary" : "TransformationDictionary");
+  if (dictionary == nullptr) return {};
+  for (const DOMElement* element : Children(*dictionary, kind == Kind::Data ? "DataField" : "DerivedField")) {
+    Field field;
+    const auto name = Attribute(*element, "name");
+    if (!name) return RQStatus(108, false);
+    field.name = *name;
+    RQStatus status = ReadField(*element, kind, field);
+    if (status.IsOK()) status = AddField(root, vars, field, kind, useBins);
+    if (!status.IsOK()) return status;
+  }
   return {};
 }
 
@@ -206,12 +270,18 @@ RQStatus SlowFill(const DOMElement& root, RQVarList& vars, const std::vector<std
     if (!name) return RQStatus(108, false);
     field.name = *name;
     if (!names.empty() && std::find(names.begin(), names.end(), field.name) == names.end()) continue;
-    RQStatus status = ReadField(*element, field);
-    if (status.IsOK()) status = AddField(root, vars, field, useBins);
+    RQStatus status = ReadField(*element, Kind::Model, field);
+    if (status.IsOK()) status = AddField(root, vars, field, Kind::Model, useBins);
     if (!status.IsOK()) return status;
   }
   return {};
 }
+
+RQStatus SlowFillSettings(const DOMElement& root, RQVarList& vars, bool useBins) {
+  return AddAll(root, vars, Kind::Data, useBins);
+}
+
+RQStatus SlowFillDerived(const DOMElement& root, RQVarList& vars) { return AddAll(root, vars, Kind::Derived, false); }
 
 FieldNames ListFieldNames(const DOMElement& root) {
   FieldNames list;

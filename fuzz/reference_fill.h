@@ -20,6 +20,12 @@ namespace rqxml_fuzz {
 RQCommon::RQStatus SlowFill(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars,
                             const std::vector<std::string>& names, bool useBins);
 
+/// What RQSettingsParser::FillVarList does, written in the same way.
+RQCommon::RQStatus SlowFillSettings(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars, bool useBins);
+
+/// What RQSettingsParser::FillTransDict does, written in the same way.
+RQCommon::RQStatus SlowFillDerived(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars);
+
 /// The names of the document's data fields, in their order.
 struct FieldNames {
   std::vector<std::string> names;
