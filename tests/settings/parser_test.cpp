@@ -15,6 +15,7 @@
 
 #include "rqxml/settings/RQSettingsParser.h"
 #include "tests/common/virtual_slot.h"
+#include "tests/support/leaks.h"
 #include "tests/support/settings.h"
 #include "tests/support/streams.h"
 
@@ -279,6 +280,7 @@ TEST_F(SettingsParser, OtherExceptionsPassOutAndNothingOfTheDocumentBeforeIsFoun
   ExpectEveryGetterGives(Failure(107));
   ExpectBothFillsGive(Failure(107));
   ASSERT_EQ(Parse(parser_, Settings(kValued)), Ok());
+  const rqtest::LeaksOfTheLibrary leaks;
   std::istringstream ending(Settings(kValued));
   ending.exceptions(std::ios::eofbit);
   EXPECT_THROW(parser_.ParseToDOM(ending), std::ios_base::failure);
