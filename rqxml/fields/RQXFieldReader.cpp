@@ -69,8 +69,8 @@ void ReadInvalidRange(const xercesc::DOMElement& extension, RQXField& field) {
 RQCommon::RQStatus ReadRange(const xercesc::DOMElement& interval, RQXField& field) {
   field.low = std::numeric_limits<double>::min();
   field.high = RQXField::kHighest;
-  if (ReadDoubleAttribute(interval, u"leftMargin", field.low) == RQXNumberAttribute::Bad) return kBad;
-  if (ReadDoubleAttribute(interval, u"rightMargin", field.high) == RQXNumberAttribute::Bad) return kBad;
+  if (ReadDoubleAttribute(interval, Names::kLeftMargin, field.low) == RQXNumberAttribute::Bad) return kBad;
+  if (ReadDoubleAttribute(interval, Names::kRightMargin, field.high) == RQXNumberAttribute::Bad) return kBad;
   return field.low > field.high ? kBad : RQCommon::RQStatus();
 }
 

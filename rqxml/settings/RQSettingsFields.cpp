@@ -6,6 +6,7 @@
 #include "rqxml/fields/RQXFieldReader.h"
 #include "rqxml/settings/RQSettingsParser.h"
 #include "rqxml/xml/RQXDomWalk.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
@@ -22,18 +23,18 @@ constexpr RQXTypeWord kDataTypes[] = {
 };
 
 RQStatus ReadDataFieldChild(const DOMElement& child, RQXField& field) {
-  if (HasTag(child, u"Value")) ReadValue(child, field);
+  if (HasTag(child, Names::kValueElement)) ReadValue(child, field);
   if (!field.numeric) return {};
-  if (HasTag(child, u"Interval")) return ReadRange(child, field);
-  if (HasTag(child, u"Extension")) ReadInvalidRange(child, field);
+  if (HasTag(child, Names::kInterval)) return ReadRange(child, field);
+  if (HasTag(child, Names::kExtension)) ReadInvalidRange(child, field);
   return {};
 }
 
 /// A derived field may carry its range inside an "Extension".
 RQStatus ReadDerivedFieldChild(const DOMElement& child, RQXField& field) {
   const RQStatus status = ReadDataFieldChild(child, field);
-  if (!status.IsOK() || !field.numeric || !HasTag(child, u"Extension")) return status;
-  const DOMElement* const interval = FirstChild(child, u"Interval");
+  if (!status.IsOK() || !field.numeric || !HasTag(child, Names::kExtension)) return status;
+  const DOMElement* const interval = FirstChild(child, Names::kInterval);
   return interval ? ReadRange(*interval, field) : RQStatus();
 }
 
@@ -52,10 +53,11 @@ IRQVariable::VariableRole GetRole(const RoleTable& roles, const std::string& nam
 }
 
 RQStatus Fill(RQMTD_NAMESPACE::RQVarList& vars, const DOMElement& dictionary, const XMLCh* tag,
-              const RQXFieldDialect& dialect, const RQXBinSource& bins) {
+              const RQXFieldDialect& dialect, RQXBinSource& bins) {
   const RoleTable roles;
   RQXField field;
   for (auto* element = FirstChild(dictionary, tag); element; element = NextSibling(*element, tag)) {
+    Prefetch(*element);
     RQStatus status = ReadField(*element, dialect, field);
     field.role = GetRole(roles, field.name);
     if (status.IsOK()) status = AddFieldWithBins(vars, *element, field, bins, kRules);
@@ -68,13 +70,14 @@ RQStatus Fill(RQMTD_NAMESPACE::RQVarList& vars, const DOMElement& dictionary, co
 
 RQStatus RQSettingsParser::FillVarList(RQMTD_NAMESPACE::RQVarList& vars, bool binsFromTransDict) const {
   if (const RQStatus status = GetReadiness(); !status.IsOK()) return status;
-  const RQXBinSource bins(binsFromTransDict, fTransDictionary);
-  return Fill(vars, *fDataDictionary, u"DataField", kDataField, bins);
+  RQXBinSource bins(binsFromTransDict, fTransDictionary);
+  return Fill(vars, *fDataDictionary, Names::kDataField, kDataField, bins);
 }
 
 RQStatus RQSettingsParser::FillTransDict(RQMTD_NAMESPACE::RQVarList& vars) const {
   if (const RQStatus status = GetReadiness(); !status.IsOK() || !fTransDictionary) return status;
-  return Fill(vars, *fTransDictionary, u"DerivedField", kDerivedField, RQXBinSource(false, nullptr));
+  RQXBinSource none(false, nullptr);
+  return Fill(vars, *fTransDictionary, Names::kDerivedField, kDerivedField, none);
 }
 
 }  // namespace RQXPrsUtil

@@ -6,6 +6,7 @@
 #include "rqxml/settings/RQSettingsItems.h"
 #include "rqxml/xml/RQXDomWalk.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
@@ -20,8 +21,6 @@ constexpr XMLCh kComplexParameter[] = u"ComplexParameter";
 constexpr XMLCh kMatrixParameter[] = u"MatrixParmeter";  // the documents spell it so
 constexpr XMLCh kArrayParameter[] = u"ArrayParameter";
 constexpr XMLCh kListValue[] = u"ListValue";
-constexpr XMLCh kValue[] = u"Value";
-constexpr XMLCh kValueAttribute[] = u"value";
 
 constexpr RQStatus kNotFound{ParameterNotFound, true};
 constexpr RQStatus kWithoutValue{ParameterWithoutValue, true};
@@ -39,12 +38,12 @@ constexpr std::pair<const XMLCh*, RQSettingsParser::ParamType> kTypes[] = {
 const DOMElement* FindNamed(const DOMElement& scope, const XMLCh* tag, const char* name) {
   return FindElement(scope.getFirstChild(), [=](const DOMElement& element) {
     if (!HasTag(element, tag)) return false;
-    const XMLCh* const ownName = AttributeOf(element, u"name");
+    const XMLCh* const ownName = AttributeOf(element, Names::kName);
     return ownName && XStrEqualsUTF8Str(ownName, name);
   });
 }
 
-const XMLCh* ValueOf(const DOMElement& element) { return AttributeOf(element, kValueAttribute); }
+const XMLCh* ValueOf(const DOMElement& element) { return AttributeOf(element, Names::kValueAttribute); }
 
 bool SaysItIsList(const DOMElement& parameter) {
   const XMLCh* const isList = AttributeOf(parameter, u"isList");
@@ -54,7 +53,7 @@ bool SaysItIsList(const DOMElement& parameter) {
 /// Shows the texts of the items from `item` on to `append` until that fails; `missing` for an item without text.
 template <class Append>
 RQStatus ReadItems(const DOMElement* item, RQStatus missing, Append append) {
-  for (; item; item = NextSibling(*item, kValue)) {
+  for (; item; item = NextSibling(*item, Names::kValueElement)) {
     const XMLCh* const text = ValueOf(*item);
     if (!text) return missing;
     if (!append(text)) return kBad;
@@ -65,7 +64,7 @@ RQStatus ReadItems(const DOMElement* item, RQStatus missing, Append append) {
 template <class Item>
 std::vector<Item> ReadRow(const DOMElement& row) {
   std::vector<Item> items;
-  for (auto* value = FirstChild(row, kValue); value; value = NextSibling(*value, kValue)) {
+  for (auto* value = FirstChild(row, Names::kValueElement); value; value = NextSibling(*value, Names::kValueElement)) {
     const XMLCh* const text = ValueOf(*value);
     Item item{};
     if (text && ReadItem(text, item)) items.push_back(std::move(item));
@@ -84,7 +83,7 @@ RQStatus RQSettingsParser::ParseToDOM(std::istream& in) {
   RQPMMLParser::ParseToDOM(in);
   if (!fStatus.IsOK()) return fStatus;
   const DOMElement* element = fRootElement;
-  for (const XMLCh* tag : {u"MiningBuildTask", u"Extension", u"Parameters"}) {
+  for (const XMLCh* tag : {u"MiningBuildTask", Names::kExtension, u"Parameters"}) {
     if (element) element = FirstChild(*element, tag);
   }
   fParameters = element;
@@ -129,7 +128,7 @@ RQStatus RQSettingsParser::GetItems(const char* name, std::vector<Item>& out, vo
       if (!text) return kWithoutValue;
       return append(text) ? RQStatus() : kBad;
     }
-    const DOMElement* const first = FirstChild(*list, kValue);
+    const DOMElement* const first = FirstChild(*list, Names::kValueElement);
     return first ? ReadItems(first, kWithoutValue, append) : kWithoutValue;
   });
 }
@@ -191,7 +190,7 @@ RQStatus RQSettingsParser::GetVariables(const char* name, std::vector<std::strin
     }
     const DOMElement* const list = FirstChild(parameter, kListValue);
     if (!list) return RQStatus(ListValueMissing, false);
-    return ReadItems(FirstChild(*list, kValue), kMissing, append);
+    return ReadItems(FirstChild(*list, Names::kValueElement), kMissing, append);
   });
 }
 
