@@ -4,7 +4,6 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <cmath>
 #include <memory>
 
 #include "workload.h"
@@ -67,21 +66,6 @@ double MedianFill(const Document& document, int times) {
     fills.push_back(MillisecondsOf([&] { subject.Fill(document); }));
   }
   return Quantile(fills, 0.5);
-}
-
-// The slope of the straight line through the logarithms: 1 is linear, 2 quadratic.
-double Exponent(const std::array<double, 3>& sizes, const std::array<double, 3>& times) {
-  double x = 0, y = 0, xx = 0, xy = 0;
-  for (std::size_t i = 0; i < sizes.size(); ++i) {
-    const double u = std::log(sizes[i]);
-    const double v = std::log(times[i]);
-    x += u;
-    y += v;
-    xx += u * u;
-    xy += u * v;
-  }
-  const auto n = static_cast<double>(sizes.size());
-  return (n * xy - x * y) / (n * xx - x * x);
 }
 
 void Growth(benchmark::State& state, Variant variant) {

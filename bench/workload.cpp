@@ -91,4 +91,18 @@ double Quantile(std::vector<double>& values, double share) {
   return std::lerp(values[below], values[above], position - static_cast<double>(below));
 }
 
+double Exponent(const std::array<double, 3>& sizes, const std::array<double, 3>& times) {
+  double x = 0, y = 0, xx = 0, xy = 0;
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    const double u = std::log(sizes[i]);
+    const double v = std::log(times[i]);
+    x += u;
+    y += v;
+    xx += u * u;
+    xy += u * v;
+  }
+  const auto n = static_cast<double>(sizes.size());
+  return (n * xy - x * y) / (n * xx - x * x);
+}
+
 }  // namespace rqxml_bench

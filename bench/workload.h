@@ -1,6 +1,8 @@
 #ifndef RQXML_BENCH_WORKLOAD_H
 #define RQXML_BENCH_WORKLOAD_H
 
+#include <array>
+#include <chrono>
 #include <istream>
 #include <streambuf>
 #include <string>
@@ -81,6 +83,9 @@ double MillisecondsOf(Step step) {
 
 /// The value below which the given share (0 to 1) of the values lies. Sorts them.
 double Quantile(std::vector<double>& values, double share);
+
+/// How the times grow with the sizes: the slope of the straight line through the logarithms. 1 is linear, 2 quadratic.
+double Exponent(const std::array<double, 3>& sizes, const std::array<double, 3>& times);
 
 }  // namespace rqxml_bench
 
