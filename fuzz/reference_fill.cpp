@@ -261,6 +261,12 @@ RQStatus AddAll(const DOMElement& root, RQVarList& vars, Kind kind, bool useBins
 
 }  // namespace
 
+RQStatus SlowFillSettings(const DOMElement& root, RQVarList& vars, bool useBins) {
+  return AddAll(root, vars, Kind::Data, useBins);
+}
+
+RQStatus SlowFillDerived(const DOMElement& root, RQVarList& vars) { return AddAll(root, vars, Kind::Derived, false); }
+
 RQStatus SlowFill(const DOMElement& root, RQVarList& vars, const std::vector<std::string>& names, bool useBins) {
   const DOMElement* dictionary = FirstChild(root, "DataDictionary");
   if (dictionary == nullptr) return RQStatus(106, false);
@@ -276,12 +282,6 @@ RQStatus SlowFill(const DOMElement& root, RQVarList& vars, const std::vector<std
   }
   return {};
 }
-
-RQStatus SlowFillSettings(const DOMElement& root, RQVarList& vars, bool useBins) {
-  return AddAll(root, vars, Kind::Data, useBins);
-}
-
-RQStatus SlowFillDerived(const DOMElement& root, RQVarList& vars) { return AddAll(root, vars, Kind::Derived, false); }
 
 FieldNames ListFieldNames(const DOMElement& root) {
   FieldNames list;

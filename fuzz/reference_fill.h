@@ -14,17 +14,17 @@ XERCES_CPP_NAMESPACE_END
 
 namespace rqxml_fuzz {
 
+/// What RQSettingsParser::FillVarList does, in the same way as below.
+RQCommon::RQStatus SlowFillSettings(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars, bool useBins);
+
+/// What RQSettingsParser::FillTransDict does, in the same way as below.
+RQCommon::RQStatus SlowFillDerived(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars);
+
 /// What RQPMMLParser::FillVarList does, written as the rules read: one rule after the other, every search from the
 /// start, nothing remembered. It takes quadratic time and stands on the XML library alone.
 /// @param root the "PMML" element
 RQCommon::RQStatus SlowFill(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars,
                             const std::vector<std::string>& names, bool useBins);
-
-/// What RQSettingsParser::FillVarList does, written in the same way.
-RQCommon::RQStatus SlowFillSettings(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars, bool useBins);
-
-/// What RQSettingsParser::FillTransDict does, written in the same way.
-RQCommon::RQStatus SlowFillDerived(const xercesc::DOMElement& root, RQMTD_NAMESPACE::RQVarList& vars);
 
 /// The names of the document's data fields, in their order.
 struct FieldNames {

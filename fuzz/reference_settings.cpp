@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "reference_text.h"
 #include "rqxml/xml/RQXMLUtil.h"
@@ -20,14 +21,11 @@ using xercesc::DOMNode;
 const RQStatus kNotFound(120, true);
 const RQStatus kWithoutValue(123, true);
 
-// What is left of the name as UTF-16; nothing of a malformed one.
-std::string AsCompared(const std::string& name) { return SlowUTF8(SlowUTF16(name.c_str()).data()); }
-
 const DOMElement* Find(const DOMElement& scope, const char* tag, const std::string& name) {
   for (const DOMElement* child = GetFirstChildElmt(scope, tag); child != nullptr;
        child = GetNextSiblingElmt(*child, tag)) {
     const XMLCh* const own = GetAttribute(*child, "name");
-    if (own != nullptr && SlowUTF8(own) == AsCompared(name)) return child;
+    if (own != nullptr && xercesc::XMLString::equals(own, SlowUTF16(name.c_str()).data())) return child;
   }
   return nullptr;
 }

@@ -154,6 +154,18 @@ TEST_F(Array, TextsOfEveryScriptAndLengthComeWhole) {
   EXPECT_EQ(ask_.Strings("p"), "OK: [\"a b \", \"\n&\"]");
 }
 
+TEST_F(Array, TextThatUtf8CannotSayIsEmptyAndDropped) {
+  const std::string document = rqtest::Settings(Parameter("p", "", ListValue({"a", "?", "b"})) + Valued("q", "?"));
+  for (const char16_t surrogate : {u'\xD800', u'\xDBFF'}) {
+    ASSERT_EQ(rqtest::Parse(parser_, rqtest::AsUtf16(document, surrogate)), rqtest::Ok());
+    EXPECT_EQ(ask_.String("q"), R"(OK: "")");
+    EXPECT_EQ(ask_.Strings("p"), R"(OK: ["a", "b"])");
+    EXPECT_EQ(ask_.Strings("q"), "OK: []");
+    EXPECT_EQ(ask_.Variables("q"), "OK: []");
+    EXPECT_EQ(ask_.Variable("q"), R"(OK: "")");
+  }
+}
+
 // Numbers
 
 TEST_F(Array, NegativeIntegerEndsTheArrayAndIsNotTakenUpThoughMatricesSkipIt) {

@@ -120,6 +120,13 @@ TEST_F(Lookup, MalformedNameAskedForMatchesOnlyAnEmptyName) {
   }
 }
 
+TEST_F(Lookup, NameThatUtf8CannotSayIsNotFoundByAnyName) {
+  ASSERT_EQ(Parse(parser_, rqtest::AsUtf16(Settings(Valued("?", "1") + Valued("", "2")), u'\xD800')), Ok());
+  EXPECT_EQ(ask_.Int(""), "OK: 2");
+  EXPECT_EQ(ask_.Int("\xED\xA0\x80"), "OK: 2") << "malformed: as if it were empty";
+  EXPECT_EQ(ask_.Int("\xEF\xBF\xBD"), "120 (flag): 47");
+}
+
 TEST_F(Lookup, ThousandthParameterIsFound) {
   std::string parameters;
   for (int i = 0; i < 3000; ++i) parameters += Valued("p" + std::to_string(i), std::to_string(i)) + "text<!--c-->";

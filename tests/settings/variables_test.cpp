@@ -140,6 +140,12 @@ TEST_F(Variables, NamesOfEveryScriptAndLengthComeWhole) {
   EXPECT_EQ(Of(kIsList, ListValue({"a\nb", "a&#10;b", "&lt;"})), "OK: [\"a b\", \"a\nb\", \"<\"]");
 }
 
+TEST_F(Variables, NameThatUtf8CannotSayIsEmptyAndDropped) {
+  const std::string document = rqtest::Settings(Parameter("p", kIsList, ListValue({"a", "?", "b"})));
+  ASSERT_EQ(rqtest::Parse(parser_, rqtest::AsUtf16(document, u'\xD800')), rqtest::Ok());
+  EXPECT_EQ(ask_.Variables("p"), R"(OK: ["a", "b"])");
+}
+
 // One name
 
 TEST_F(Variables, OneNameIsTheValueWhateverIsListSays) {

@@ -67,6 +67,17 @@ inline std::string Row(std::initializer_list<std::string> values) {
   return "<ArrayParameter>" + Values(values) + "</ArrayParameter>";
 }
 
+/// A document of ASCII as UTF-16, in which each '?' becomes the unit: the XML library lets lone surrogates pass.
+inline std::string AsUtf16(const std::string& document, char16_t unit) {
+  std::string bytes = "\xFF\xFE";
+  for (const char c : document) {
+    const char16_t written = c == '?' ? unit : static_cast<char16_t>(c);
+    bytes += static_cast<char>(written & 0xFF);
+    bytes += static_cast<char>(written >> 8);
+  }
+  return bytes;
+}
+
 // Variable lists
 
 /// Writes down also the storage types that its variables are told.
