@@ -226,6 +226,23 @@ TEST_F(SettingsParser, ParseOfTheBaseClassAloneFindsNoParametersAndFillsAllTheSa
   EXPECT_EQ(parser_.FillTransDict(vars), Ok());
 }
 
+TEST_F(SettingsParser, ParametersOfADocumentBeforeAFailureAreNotFoundAgainByAParseOfTheBaseClassAlone) {
+  const auto parseOfTheBase = [this] {
+    std::istringstream stream(Settings(kValued));
+    return parser_.RQPMMLParser::ParseToDOM(stream);
+  };
+  for (const std::string& failing : {std::string("<x/>"), Pmml("<DataDictionary/>"), std::string("<PMML>\xC0\x80")}) {
+    ASSERT_EQ(Parse(parser_, Settings(kValued)), Ok());
+    EXPECT_FALSE(Parse(parser_, failing).IsOK()) << failing;
+    EXPECT_EQ(parseOfTheBase(), Ok());
+    ExpectEveryGetterGives(Failure(119));
+  }
+  ASSERT_EQ(Parse(parser_, Settings(kValued)), Ok());
+  EXPECT_THROW(Parse(parser_, "<PMML>"), xercesc::SAXParseException);
+  EXPECT_EQ(parseOfTheBase(), Ok());
+  ExpectEveryGetterGives(Failure(119));
+}
+
 TEST_F(SettingsParser, FillOfTheBaseClassStaysReachableWithItsOwnRules) {
   EXPECT_EQ(Parse(parser_, rqtest::SettingsWithFields(
                                rqtest::Field("a", "continuous", "timeSeconds", "<Interval leftMargin='x'/>") +
