@@ -3,7 +3,6 @@
 #include <cstddef>
 
 #include "rqxml/xml/RQXDomWalk.h"
-#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
@@ -82,19 +81,19 @@ RQXBinSource::RQXBinSource(bool wanted, const xercesc::DOMElement* transDictiona
   if (wanted && transDictionary) fIndex.emplace(*transDictionary);
 }
 
-bool RQXBinSource::Read(const xercesc::DOMElement& element, RQXBins& bins) {
-  const xercesc::DOMElement* const discretize = fIndex ? fIndex->Find(AttributeOf(element, Names::kName)) : nullptr;
+bool RQXBinSource::Read(const std::string& fieldName, RQXBins& bins) {
+  const xercesc::DOMElement* const discretize = fIndex ? fIndex->Find(DecodeUTF8(fieldName.c_str()).c_str()) : nullptr;
   if (!discretize) return false;
   ReadBins(*discretize, bins);
   return true;
 }
 
-RQCommon::RQStatus AddFieldWithBins(RQVarList& vars, const xercesc::DOMElement& element, const RQXField& field,
-                                    RQXBinSource& source, const RQXAddRules& rules) {
+RQCommon::RQStatus AddFieldWithBins(RQVarList& vars, const RQXField& field, RQXBinSource& source,
+                                    const RQXAddRules& rules) {
   const bool weight = field.role == IRQVariable::RoleFrequencyWeight;
   if (field.categorical || weight || !source.IsWanted()) return AddField(vars, field, nullptr, rules);
   RQXBins bins;
-  if (!source.Read(element, bins)) return {NoBins, false};
+  if (!source.Read(field.name, bins)) return {NoBins, false};
   return AddField(vars, field, &bins, rules);
 }
 

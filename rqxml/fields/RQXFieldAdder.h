@@ -2,6 +2,7 @@
 #define RQXML_FIELDS_RQXFIELDADDER_H
 
 #include <optional>
+#include <string>
 
 #include "rqxml/common/RQStatus.h"
 #include "rqxml/common/RQVarList.h"
@@ -35,8 +36,8 @@ class RQXBinSource {
 
   bool IsWanted() const { return fWanted; }
 
-  /// Reads the bins of the field named by the "name" attribute of `element`; false when none are defined.
-  bool Read(const xercesc::DOMElement& element, RQXBins& bins);
+  /// Reads the bins of the field of that name (UTF-8); false when none are defined.
+  bool Read(const std::string& fieldName, RQXBins& bins);
 
  private:
   bool fWanted;
@@ -45,8 +46,8 @@ class RQXBinSource {
 
 /// AddField, with the bins of a continuous field when they are wanted.
 /// @return also 110 when they are wanted and there are none
-RQCommon::RQStatus AddFieldWithBins(RQMTD_NAMESPACE::RQVarList& vars, const xercesc::DOMElement& element,
-                                    const RQXField& field, RQXBinSource& source, const RQXAddRules& rules);
+RQCommon::RQStatus AddFieldWithBins(RQMTD_NAMESPACE::RQVarList& vars, const RQXField& field, RQXBinSource& source,
+                                    const RQXAddRules& rules);
 
 }  // namespace RQXPrsUtil
 

@@ -1,5 +1,7 @@
 #include "rqxml/fields/RQXFieldReader.h"
 
+#include <limits>
+
 #include "rqxml/xml/RQXDomWalk.h"
 #include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"

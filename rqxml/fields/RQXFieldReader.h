@@ -41,7 +41,7 @@ void ReadValue(const xercesc::DOMElement& value, RQXField& field);
 void ReadInvalidRange(const xercesc::DOMElement& extension, RQXField& field);
 
 /// An "Interval" that is the range of a settings document's field. A missing right margin is the largest double, a
-/// missing left one the smallest positive normal double: documents are written for that.
+/// missing left one the smallest positive normal double: callers rely on it.
 /// @return OK; 109 for a margin that is no number, and for a left margin above the right one
 RQCommon::RQStatus ReadRange(const xercesc::DOMElement& interval, RQXField& field);
 

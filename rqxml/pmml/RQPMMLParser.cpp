@@ -114,7 +114,7 @@ RQCommon::RQStatus RQPMMLParser::FillVarList(RQMTD_NAMESPACE::RQVarList& vars, c
     if (!filter.Wants(*element)) continue;
     Prefetch(*element);
     RQCommon::RQStatus status = ReadField(*element, kDataFieldDialect, field);
-    if (status.IsOK()) status = AddFieldWithBins(vars, *element, field, bins, RQXAddRules());
+    if (status.IsOK()) status = AddFieldWithBins(vars, field, bins, RQXAddRules());
     if (!status.IsOK()) return status;
   }
   return {};

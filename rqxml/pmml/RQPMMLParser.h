@@ -90,8 +90,8 @@ class RQ_API RQPMMLParser {
   const xercesc::DOMElement* fModelElement = nullptr;     ///< chosen by SetModelElmt
 
  private:
-  RQCommon::RQStatus FindElements();
-  void ForgetDocument();
+  RQ_LOCAL RQCommon::RQStatus FindElements();
+  RQ_LOCAL void ForgetDocument();
 };
 
 }  // namespace RQXPrsUtil

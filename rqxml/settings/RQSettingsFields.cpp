@@ -1,4 +1,3 @@
-#include <limits>
 #include <string>
 #include <unordered_map>
 
@@ -7,7 +6,6 @@
 #include "rqxml/settings/RQSettingsParser.h"
 #include "rqxml/xml/RQXDomWalk.h"
 #include "rqxml/xml/RQXNames.h"
-#include "rqxml/xml/RQXStatusCodes.h"
 
 namespace RQXPrsUtil {
 
@@ -33,7 +31,7 @@ RQStatus ReadDataFieldChild(const DOMElement& child, RQXField& field) {
 /// A derived field may carry its range inside an "Extension".
 RQStatus ReadDerivedFieldChild(const DOMElement& child, RQXField& field) {
   const RQStatus status = ReadDataFieldChild(child, field);
-  if (!status.IsOK() || !field.numeric || !HasTag(child, Names::kExtension)) return status;
+  if (!field.numeric || !HasTag(child, Names::kExtension)) return status;
   const DOMElement* const interval = FirstChild(child, Names::kInterval);
   return interval ? ReadRange(*interval, field) : RQStatus();
 }
@@ -59,8 +57,8 @@ RQStatus Fill(RQMTD_NAMESPACE::RQVarList& vars, const DOMElement& dictionary, co
   for (auto* element = FirstChild(dictionary, tag); element; element = NextSibling(*element, tag)) {
     Prefetch(*element);
     RQStatus status = ReadField(*element, dialect, field);
-    field.role = GetRole(roles, field.name);
-    if (status.IsOK()) status = AddFieldWithBins(vars, *element, field, bins, kRules);
+    if (status.IsOK() && !field.categorical) field.role = GetRole(roles, field.name);
+    if (status.IsOK()) status = AddFieldWithBins(vars, field, bins, kRules);
     if (!status.IsOK()) return status;
   }
   return {};

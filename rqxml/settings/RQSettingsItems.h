@@ -2,6 +2,7 @@
 #define RQXML_SETTINGS_RQSETTINGSITEMS_H
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rqxml/xml/RQXNumbers.h"
@@ -39,7 +40,9 @@ bool AppendItem(const XMLCh* text, std::vector<Item>& items) {
 }
 template <>
 inline bool AppendItem(const XMLCh* text, std::vector<std::string>& items) {
-  if (*text != 0) AssignUTF8(text, items.emplace_back());
+  std::string item;
+  AssignUTF8(text, item);
+  if (!item.empty()) items.push_back(std::move(item));
   return true;
 }
 

@@ -16,10 +16,10 @@ namespace RQXPrsUtil {
 /// "Extension".
 ///
 /// Parameters are found by name (UTF-8, exact) among the children of a scope; of several with one name the first in
-/// the document counts. Every operation first returns the status of the last parse when that is not OK, 107 when
-/// nothing was parsed, and 119 when the document has no parameters (not so FillVarList and FillTransDict, which do not
-/// need them). Outputs keep what they held on failure, except where an operation says otherwise. The getters do not
-/// change the parser and can be called in any order; bad content never throws.
+/// the document counts. Every operation first returns the status of the last parse when that is not OK, and 107 when
+/// nothing was parsed. Outputs keep what they held on failure, except where an operation says otherwise. The getters do
+/// not change the parser and can be called in any order; bad content never throws. A document must come in through this
+/// class's ParseToDOM: that of the base class, called by its qualified name, does not know of the parameters.
 ///
 /// A scope is null for the task's own parameters, or the handle of a complex parameter. Handles are valid until the
 /// object parses again or is destroyed; a handle of another document must not be used.
@@ -40,7 +40,8 @@ class RQ_API RQSettingsParser : public RQPMMLParser {
   ~RQSettingsParser() override;
 
   /// Parses the bytes of `in` as RQPMMLParser::ParseToDOM does, then finds the parameters.
-  /// @return as RQPMMLParser::ParseToDOM; 119 when there is no "MiningBuildTask"/"Extension"/"Parameters" below the
+  /// @return as RQPMMLParser::ParseToDOM; 119, with the document still held, when there is no
+  /// "MiningBuildTask"/"Extension"/"Parameters" below the
   ///   root (the first child of each name is taken)
   /// @throws as RQPMMLParser::ParseToDOM
   RQCommon::RQStatus ParseToDOM(std::istream& in) override;
@@ -136,10 +137,10 @@ class RQ_API RQSettingsParser : public RQPMMLParser {
   /// its storage type.
   /// @param vars receives the variables; those added before a failure stay
   /// @param binsFromTransDict takes range, cut points and bin labels of continuous fields from the transformation
-  ///   dictionary instead of the fields' own "Interval"
+  ///   dictionary; a field with fewer than two bins keeps the range of its own "Interval"
   /// @return OK; 108 for a field without "name", "dataType" or "optype"; 109 for an unknown "dataType", a margin that
   ///   is no number or a left margin above the right one; 110 when bins are wanted and a continuous field has none;
-  ///   111 when `vars` refuses a variable
+  ///   111 when `vars` refuses a variable or does not hand it out
   RQCommon::RQStatus FillVarList(RQMTD_NAMESPACE::RQVarList& vars, bool binsFromTransDict) const;
 
   /// Adds a variable for each "DerivedField" of the transformation dictionary, as FillVarList does without bins; none
@@ -147,8 +148,8 @@ class RQ_API RQSettingsParser : public RQPMMLParser {
   RQCommon::RQStatus FillTransDict(RQMTD_NAMESPACE::RQVarList& vars) const;
 
  private:
-  RQCommon::RQStatus GetParameterReadiness() const;
-  const xercesc::DOMElement* GetScope(void* scope) const;
+  RQ_LOCAL RQCommon::RQStatus GetParameterReadiness() const;
+  RQ_LOCAL const xercesc::DOMElement* GetScope(void* scope) const;
 
   template <class Read>
   RQCommon::RQStatus WithParameter(const XMLCh* tag, const char* name, void* scope, Read read) const;
