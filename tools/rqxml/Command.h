@@ -39,6 +39,8 @@ void AddJson(CLI::App& subCommand, Request& request);
 /// Each adds itself to `app`; when it is chosen it puts its work into `request`, which outlives the work.
 /// @{
 void AddVarsCommand(CLI::App& app, Request& request);
+void AddSettingsCommand(CLI::App& app, Request& request);
+void AddGetCommand(CLI::App& app, Request& request);
 void AddStatusCommand(CLI::App& app, Request& request);
 /// @}
 

@@ -142,6 +142,13 @@ std::string PrintableJson(std::string_view json) {
       [](UChar32 character, char) { return EscapeForJson(character); });
 }
 
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    if (NextCharacter(text) < 0) return false;
+  }
+  return true;
+}
+
 std::size_t DisplayWidth(std::string_view text) {
   std::size_t width = 0;
   while (!text.empty()) width += CharacterWidth(NextCharacter(text));

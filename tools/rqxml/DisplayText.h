@@ -16,6 +16,9 @@ std::string Printable(std::string_view text);
 /// `json`, the text of a JSON document, with the same characters escaped as JSON asks for, except its own line ends.
 std::string PrintableJson(std::string_view json);
 
+/// True when `text` is UTF-8 throughout.
+bool IsUtf8(std::string_view text);
+
 /// How many columns of a terminal `text` (UTF-8, printable) takes: two for wide and full-width characters, none for
 /// combining and format characters, one for all others. Emoji that are joined into one are counted one by one, as
 /// most terminals show them.

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "DocumentScan.h"
+#include "ElementPlace.h"
 #include "Failure.h"
 #include "MalformedUtf8.h"
 #include "XmlPlatform.h"
@@ -124,10 +126,33 @@ Failure NoDictionary(InputFile& input) {
   return Refusal(std::move(problem));
 }
 
-Failure RefusedDocument(InputFile& input, const RQStatus& status, const std::string& message) {
+// What of "MiningBuildTask"/"Extension"/"Parameters" is missing.
+std::string MissingStep(const xercesc::DOMElement& task) {
+  const xercesc::DOMElement* const extension = RQXPrsUtil::GetFirstChildElmt(task, "Extension");
+  return extension == nullptr ? "no child element \"Extension\""
+                              : "no \"Parameters\" in its first child element \"Extension\"";
+}
+
+Failure NoParameters(InputFile& input, const DocumentParser& parser) {
+  Problem problem{.file = input.GetDisplayName(),
+                  .what = "a PMML document without \"MiningBuildTask\", and so without parameters",
+                  .status = RQXPrsUtil::NoParameters,
+                  .hint = "rqxml vars lists the variables of PMML documents"};
+  if (const xercesc::DOMElement* const task = parser.GetBuildTask()) {
+    problem.place = PlaceOf(input, *task);
+    problem.element = "MiningBuildTask";
+    problem.what = MissingStep(*task);
+    problem.hint = "the parameters of a build task stand at \"MiningBuildTask\"/\"Extension\"/\"Parameters\"";
+  }
+  return Refusal(std::move(problem));
+}
+
+Failure RefusedDocument(InputFile& input, const DocumentParser& parser, const RQStatus& status) {
   switch (status.GetCode()) {
+    case RQXPrsUtil::NoParameters:
+      return NoParameters(input, parser);
     case RQXPrsUtil::ParseFailed:
-      return UnreadableDocument(input, message);
+      return UnreadableDocument(input, parser.GetXercesMessage());
     case RQXPrsUtil::WrongRootElement:
       return WrongElement(input);
     case RQXPrsUtil::NoDataDictionary:
@@ -137,7 +162,7 @@ Failure RefusedDocument(InputFile& input, const RQStatus& status, const std::str
   }
 }
 
-RQStatus Parse(RQXPrsUtil::RQPMMLParser& parser, InputFile& input) {
+RQStatus Parse(DocumentParser& parser, InputFile& input) {
   try {
     return parser.ParseToDOM(input.Stream());
   } catch (const xercesc::SAXParseException& e) {
@@ -154,6 +179,8 @@ std::string_view KindWord(DocumentKind kind) {
   switch (kind) {
     case DocumentKind::Pmml:
       return "pmml";
+    case DocumentKind::Settings:
+      return "settings";
   }
   return {};
 }
@@ -162,15 +189,33 @@ std::string_view KindTitle(DocumentKind kind) {
   switch (kind) {
     case DocumentKind::Pmml:
       return "PMML document";
+    case DocumentKind::Settings:
+      return "settings document";
   }
   return {};
 }
 
+RQStatus DocumentParser::ParseToDOM(std::istream& in) {
+  fBuildTask = nullptr;
+  const RQStatus status = RQSettingsParser::ParseToDOM(in);
+  if (!status.IsOK() && status.GetCode() != RQXPrsUtil::NoParameters) return status;
+  fBuildTask = RQXPrsUtil::GetFirstChildElmt(*fRootElement, "MiningBuildTask");
+  if (fBuildTask == nullptr) fStatus = RQStatus();
+  return fStatus;
+}
+
 Document ReadDocument(InputFile& input) {
-  Document document{DocumentKind::Pmml, std::make_unique<RQXPrsUtil::RQPMMLParser>()};
-  const RQStatus status = Parse(*document.parser, input);
+  auto parser = std::make_unique<DocumentParser>();
+  const RQStatus status = Parse(*parser, input);
   input.RequireWhole();
-  if (!status.IsOK()) throw RefusedDocument(input, status, document.parser->GetXercesMessage());
+  if (!status.IsOK()) throw RefusedDocument(input, *parser, status);
+  const DocumentKind kind = parser->GetBuildTask() == nullptr ? DocumentKind::Pmml : DocumentKind::Settings;
+  return {kind, std::move(parser)};
+}
+
+Document ReadSettings(InputFile& input) {
+  Document document = ReadDocument(input);
+  if (document.kind != DocumentKind::Settings) throw NoParameters(input, *document.parser);
   return document;
 }
 

@@ -1,17 +1,21 @@
 #ifndef RQXML_TOOLS_DOCUMENT_H
 #define RQXML_TOOLS_DOCUMENT_H
 
+#include <iosfwd>
 #include <memory>
 #include <string_view>
 
 #include "InputFile.h"
-#include "rqxml/pmml/RQPMMLParser.h"
+#include "rqxml/common/RQStatus.h"
+#include "rqxml/settings/RQSettingsParser.h"
+#include "rqxml/xml/RQXercesFwd.h"
 
 namespace rqtool {
 
 /// The kinds of document that the command tells apart.
 enum class DocumentKind {
-  Pmml  ///< a PMML document
+  Pmml,     ///< a PMML document
+  Settings  ///< a PMML document whose build task has parameters
 };
 
 /// The word for a kind in JSON output.
@@ -20,15 +24,31 @@ std::string_view KindWord(DocumentKind kind);
 /// The words for a kind in texts for people.
 std::string_view KindTitle(DocumentKind kind);
 
+/// Reads both kinds in one parse: a document without a build task is none the worse for having no parameters.
+class DocumentParser : public RQXPrsUtil::RQSettingsParser {
+ public:
+  RQCommon::RQStatus ParseToDOM(std::istream& in) override;
+
+  /// The first "MiningBuildTask" below the document element of the parsed document, or null.
+  const xercesc::DOMElement* GetBuildTask() const { return fBuildTask; }
+
+ private:
+  const xercesc::DOMElement* fBuildTask = nullptr;
+};
+
 /// A document that was read whole.
 struct Document {
   DocumentKind kind;
-  std::unique_ptr<RQXPrsUtil::RQPMMLParser> parser;  ///< holds the parsed document; its status is OK
+  std::unique_ptr<DocumentParser> parser;  ///< holds the parsed document; its status is OK
 };
 
 /// Reads the document that `input` holds. This is the one place that decides which kind of document it is.
 /// @throws Failure when it cannot be read (FileFailed) or is refused (Refused)
 Document ReadDocument(InputFile& input);
+
+/// Reads the settings document that `input` holds.
+/// @throws Failure as ReadDocument does, and for a document of another kind (Refused)
+Document ReadSettings(InputFile& input);
 
 }  // namespace rqtool
 

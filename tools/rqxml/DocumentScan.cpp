@@ -86,25 +86,29 @@ void TryScanStartTags(std::istream& in, std::function<bool(const StartTag&)> isE
   }
 }
 
-// Counts the fields of the first data dictionary.
-class FieldCounter {
+// Follows a path through the start tags.
+class PathFollower {
  public:
-  explicit FieldCounter(std::size_t index) : fRemaining(index) {}
+  explicit PathFollower(const ElementPath& path) : fPath(path) {}
 
+  // True for the element at the end of the path.
   bool operator()(const StartTag& tag) {
-    if (tag.depth <= 1) {
-      fInDictionary = tag.depth == 1 && !fSawDictionary && XStrEqualsUTF8Str(tag.name, "DataDictionary");
-      fSawDictionary = fSawDictionary || fInDictionary;
-      return false;
+    if (fLost || tag.depth > fFollowed + 1) return false;
+    if (tag.depth > 0) {
+      // The element that was followed has ended: nothing of the path can come any more.
+      fLost = tag.depth <= fFollowed;
+      if (fLost || fSeen++ != fPath[fFollowed]) return false;
     }
-    if (!fInDictionary || tag.depth != 2 || !XStrEqualsUTF8Str(tag.name, "DataField")) return false;
-    return fRemaining-- == 0;
+    fFollowed = tag.depth;
+    fSeen = 0;
+    return fFollowed == fPath.size();
   }
 
  private:
-  std::size_t fRemaining;
-  bool fInDictionary = false;
-  bool fSawDictionary = false;
+  const ElementPath& fPath;
+  std::size_t fFollowed = 0;  // how many steps of the path are behind
+  std::size_t fSeen = 0;      // how many elements were candidates for the next one
+  bool fLost = false;
 };
 
 // The characters of the markup: the bytes, without the zero bytes of UTF-16 and without a byte order mark.
@@ -171,10 +175,10 @@ std::optional<DocumentElement> FindDocumentElement(std::istream& in) {
   return found;
 }
 
-std::optional<Place> FindDataField(std::istream& in, std::size_t index) {
+std::optional<Place> FindElement(std::istream& in, const ElementPath& path) {
   std::optional<Place> found;
-  TryScanStartTags(in, [&found, counter = FieldCounter(index)](const StartTag& tag) mutable {
-    if (!counter(tag)) return false;
+  TryScanStartTags(in, [&found, follower = PathFollower(path)](const StartTag& tag) mutable {
+    if (!follower(tag)) return false;
     found = tag.place;
     return true;
   });

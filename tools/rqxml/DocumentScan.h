@@ -9,6 +9,7 @@
 #include <istream>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Failure.h"
 
@@ -32,9 +33,12 @@ std::optional<Place> FindError(std::istream& in);
 /// have been started.
 std::optional<DocumentElement> FindDocumentElement(std::istream& in);
 
-/// Finds where the start tag of the `index`-th (from 0) "DataField" of the first "DataDictionary" below the document
-/// element ends.
-std::optional<Place> FindDataField(std::istream& in, std::size_t index);
+/// The way from the document element to another element: the position (from 0) of each element on it among the elements
+/// that have the same parent. Empty for the document element itself.
+using ElementPath = std::vector<std::size_t>;
+
+/// Finds where the start tag of the element at the end of `path` ends.
+std::optional<Place> FindElement(std::istream& in, const ElementPath& path);
 
 /// True when a document type declaration is the first markup besides comments and processing instructions. Works for
 /// every encoding whose markup is ASCII or UTF-16.

@@ -35,7 +35,7 @@ Json InvalidRangeToJson(const RQEncoder& encoder) {
   return {{"lower", JsonNumber(encoder.GetInvalidLower())}, {"upper", JsonNumber(encoder.GetInvalidUpper())}};
 }
 
-Json VariableToJson(int index, const RQVariable& variable) {
+Json VariableToJson(std::size_t index, const RQVariable& variable) {
   const RQEncoder& encoder = variable.GetEncoder();
   const bool ranged = variable.HasRange();
   Json json;
@@ -61,11 +61,9 @@ Json VariableToJson(int index, const RQVariable& variable) {
 
 }  // namespace
 
-Json VariablesToJson(const RQMTD_NAMESPACE::RQVarList& list) {
+Json VariablesToJson(const VariableSelection& variables) {
   Json array = Json::array();
-  for (int i = 0; i < list.Size(); ++i) {
-    if (const RQVariable* const variable = list.GetVariable(i)) array.push_back(VariableToJson(i, *variable));
-  }
+  for (const RQVariable* const variable : variables) array.push_back(VariableToJson(array.size(), *variable));
   return array;
 }
 

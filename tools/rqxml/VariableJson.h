@@ -2,12 +2,12 @@
 #define RQXML_TOOLS_VARIABLEJSON_H
 
 #include "Json.h"
-#include "rqxml/common/RQVarList.h"
+#include "VariableSelection.h"
 
 namespace rqtool {
 
-/// The variables of `list` with all that they were told, as a JSON array.
-Json VariablesToJson(const RQMTD_NAMESPACE::RQVarList& list);
+/// The variables with all that they were told, as a JSON array.
+Json VariablesToJson(const VariableSelection& variables);
 
 }  // namespace rqtool
 

@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "DisplayText.h"
-#include "rqxml/common/RQMV.h"
-#include "rqxml/common/RQXMLFormat.h"
+#include "ValueText.h"
 
 namespace rqtool {
 
@@ -18,18 +17,6 @@ using Cell = TextTable::Cell;
 
 constexpr double kLowest = std::numeric_limits<double>::lowest();
 constexpr double kLargest = std::numeric_limits<double>::max();
-
-std::string NumberText(double value) {
-  if (value == RQMV::gMissingValue) return "(system-missing)";
-  return RQXML_NAMESPACE::Format(value, false, nullptr);
-}
-
-// In quotes where the text could be mistaken for something else in a list.
-std::string ItemText(const std::string& text) {
-  const bool plain =
-      !text.empty() && text.front() != ' ' && text.back() != ' ' && text.find_first_of(",=\"") == std::string::npos;
-  return plain ? Printable(text) : '"' + Printable(text) + '"';
-}
 
 std::string LabelledText(std::string value, const std::string& label) {
   return label.empty() ? value : std::move(value) + " = " + ItemText(label);
@@ -106,7 +93,7 @@ Cell TextCell(const std::string& text) { return text.empty() ? Cell() : Cell{Pri
 
 }  // namespace
 
-TextTable MakeVariableTable(const RQMTD_NAMESPACE::RQVarList& list) {
+TextTable MakeVariableTable(const VariableSelection& variables) {
   using Fit = TextTable::Fit;
   TextTable table(
       {{.title = "#", .alignRight = true},
@@ -117,10 +104,9 @@ TextTable MakeVariableTable(const RQMTD_NAMESPACE::RQVarList& list) {
        {.title = "Missing values", .fit = Fit::ShortenList, .optional = true, .beneath = "missing"},
        {.title = "Invalid range", .fit = Fit::CutText, .optional = true, .beneath = "invalid"},
        {.title = "Range, bins or categories", .fit = Fit::ShortenList, .optional = true, .beneath = "values"}});
-  for (int i = 0; i < list.Size(); ++i) {
-    const RQVariable* const variable = list.GetVariable(i);
-    if (variable == nullptr) continue;
-    table.AddRow({{std::to_string(i)},
+  std::size_t index = 0;
+  for (const RQVariable* const variable : variables) {
+    table.AddRow({{std::to_string(index++)},
                   TextCell(variable->GetName()),
                   TextCell(variable->GetLabel()),
                   {KindText(*variable)},

@@ -2,13 +2,13 @@
 #define RQXML_TOOLS_VARIABLETABLE_H
 
 #include "TextTable.h"
-#include "rqxml/common/RQVarList.h"
+#include "VariableSelection.h"
 
 namespace rqtool {
 
-/// The variables of `list` for people: name, label, kind, type, missing values, invalid range, and range, bins or
+/// The variables for people: name, label, kind, type, missing values, invalid range, and range, bins or
 /// categories.
-TextTable MakeVariableTable(const RQMTD_NAMESPACE::RQVarList& list);
+TextTable MakeVariableTable(const VariableSelection& variables);
 
 }  // namespace rqtool
 

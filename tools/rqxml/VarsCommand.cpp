@@ -12,11 +12,12 @@
 #include "Command.h"
 #include "DisplayText.h"
 #include "Document.h"
+#include "DocumentVariables.h"
 #include "Failure.h"
-#include "FieldFailure.h"
 #include "Json.h"
 #include "Terminal.h"
 #include "VariableJson.h"
+#include "VariableSelection.h"
 #include "VariableTable.h"
 #include "rqxml/common/RQVarList.h"
 
@@ -29,7 +30,8 @@ using RQMTD_NAMESPACE::RQVarList;
 constexpr std::string_view kFooter =
     "A name with a comma in it, or a double quote at its beginning, stands in double\n"
     "quotes, each quote in it twice: --fields 'age,\"height, cm\"'.\n\n"
-    "With --bins each continuous field that is listed must have bins.\n\n";
+    "With --bins each continuous field that is listed must have bins; of a settings\n"
+    "document each continuous field, listed or not.\n\n";
 
 // Names that no field has are told one by one up to this many.
 constexpr std::size_t kMostNotes = 10;
@@ -39,6 +41,7 @@ struct VarsOptions {
   std::string file;
   std::vector<std::string> fieldLists;  // as given, one for each --fields
   bool bins = false;
+  bool derived = false;
   bool wide = false;
 };
 
@@ -62,16 +65,30 @@ std::vector<std::string> FieldNames(const std::vector<std::string>& lists) {
   return names;
 }
 
-void FillVariables(RQVarList& list, InputFile& input, const Document& document, const std::vector<std::string>& names,
-                   bool bins) {
-  const RQCommon::RQStatus status = document.parser->FillVarList(list, names, bins);
-  if (!status.IsOK()) throw FieldFailure(input, *document.parser, status, names, list.Size());
+// What is shown of a document.
+struct Variables {
+  std::unique_ptr<RQVarList> list;
+  std::unique_ptr<RQVarList> derivedList;  // null unless asked for
+  VariableSelection shown;
+  VariableSelection derivedShown;
+};
+
+Variables Read(InputFile& input, const Document& document, const std::vector<std::string>& names,
+               const VarsOptions& options) {
+  Variables variables;
+  variables.list = ReadVariables(input, document, names, options.bins);
+  variables.shown = SelectVariables(*variables.list, names);
+  if (!options.derived) return variables;
+  variables.derivedList = ReadDerivedVariables(input, document);
+  variables.derivedShown = SelectVariables(*variables.derivedList, names);
+  return variables;
 }
 
-std::vector<std::string> NotesOnUnknownNames(const std::vector<std::string>& names, const RQVarList& list,
+std::vector<std::string> NotesOnUnknownNames(const std::vector<std::string>& names, const Variables& variables,
                                              const InputFile& input) {
   std::unordered_set<std::string> known;
-  for (int i = 0; i < list.Size(); ++i) known.insert(list.GetVarAt(i)->GetName());
+  for (const auto* const variable : variables.shown) known.insert(variable->GetName());
+  for (const auto* const variable : variables.derivedShown) known.insert(variable->GetName());
   std::vector<std::string> notes;
   std::size_t unknown = 0;
   for (const std::string& name : names) {
@@ -86,22 +103,29 @@ std::vector<std::string> NotesOnUnknownNames(const std::vector<std::string>& nam
   return notes;
 }
 
-std::string Heading(const InputFile& input, const Document& document, const RQVarList& list) {
-  std::string heading = Printable(input.GetDisplayName()) + ": " + std::string(KindTitle(document.kind)) + ", ";
-  return heading + std::to_string(list.Size()) + (list.Size() == 1 ? " variable\n" : " variables\n");
+std::string Count(std::size_t count, const std::string& what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-std::string TextReport(const InputFile& input, const Document& document, const RQVarList& list, bool wide) {
-  std::string text = Heading(input, document, list);
-  if (list.Size() > 0) text += '\n' + MakeVariableTable(list).Render(wide ? std::nullopt : TerminalWidth());
+std::string TextReport(const InputFile& input, const Document& document, const Variables& variables, bool wide) {
+  const std::optional<std::size_t> width = wide ? std::nullopt : TerminalWidth();
+  const std::string start = Printable(input.GetDisplayName()) + ": " + std::string(KindTitle(document.kind)) + ", ";
+  std::string text = start + Count(variables.shown.size(), "variable");
+  if (variables.derivedList) text += " and " + Count(variables.derivedShown.size(), "derived variable");
+  text += '\n';
+  if (!variables.shown.empty()) text += '\n' + MakeVariableTable(variables.shown).Render(width);
+  if (!variables.derivedShown.empty()) {
+    text += "\nDerived variables:\n\n" + MakeVariableTable(variables.derivedShown).Render(width);
+  }
   return text;
 }
 
-std::string JsonReport(const InputFile& input, const Document& document, const RQVarList& list) {
+std::string JsonReport(const InputFile& input, const Document& document, const Variables& variables) {
   Json json;
   json["file"] = input.GetName();
   json["kind"] = KindWord(document.kind);
-  json["variables"] = VariablesToJson(list);
+  json["variables"] = VariablesToJson(variables.shown);
+  if (variables.derivedList) json["derived"] = VariablesToJson(variables.derivedShown);
   return JsonText(json);
 }
 
@@ -109,12 +133,12 @@ Outcome Run(const VarsOptions& options, const Request& request) {
   const std::vector<std::string> names = FieldNames(options.fieldLists);
   InputFile input(options.file, request.Files());
   const Document document = ReadDocument(input);
-  RQVarList list;
-  FillVariables(list, input, document, names, options.bins);
+  const Variables variables = Read(input, document, names, options);
 
   Outcome outcome;
-  outcome.notes = NotesOnUnknownNames(names, list, input);
-  outcome.output = request.json ? JsonReport(input, document, list) : TextReport(input, document, list, options.wide);
+  outcome.notes = NotesOnUnknownNames(names, variables, input);
+  outcome.output =
+      request.json ? JsonReport(input, document, variables) : TextReport(input, document, variables, options.wide);
   return outcome;
 }
 
@@ -122,13 +146,14 @@ Outcome Run(const VarsOptions& options, const Request& request) {
 
 void AddVarsCommand(CLI::App& app, Request& request) {
   const auto options = std::make_shared<VarsOptions>();
-  CLI::App* const command = app.add_subcommand("vars", "List the variables that a PMML document describes");
+  CLI::App* const command = app.add_subcommand("vars", "List the variables that a document describes");
   command->footer(std::string(kFooter) + command->get_footer());
   command->add_option("FILE", options->file, "the document; - reads standard input")->required()->option_text(" ");
   command->add_option("--fields", options->fieldLists, "only these fields, as in a,b,c; may be repeated")
       ->option_text("NAMES")
       ->allow_extra_args(false);
   command->add_flag("--bins", options->bins, "take the bins of continuous fields from the document");
+  command->add_flag("--derived", options->derived, "list the derived fields of a settings document too");
   command->add_flag("--wide", options->wide, "shorten nothing to the width of the terminal");
   AddJson(*command, request);
   AddAllowDtd(*command, request);

@@ -123,6 +123,8 @@ ExitCode Run(int argc, char** argv) {
   app.require_subcommand(1);
   Request request;
   AddVarsCommand(app, request);
+  AddSettingsCommand(app, request);
+  AddGetCommand(app, request);
   AddStatusCommand(app, request);
   if (const std::optional<std::string> word = FindEmptyValue(argc, argv)) {
     return Report(Failure(ExitCode::WrongUsage, {.what = *word + " gives no value",

@@ -1,0 +1,28 @@
+#ifndef RQXML_TOOLS_DOCUMENTVARIABLES_H
+#define RQXML_TOOLS_DOCUMENTVARIABLES_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Document.h"
+#include "InputFile.h"
+#include "rqxml/common/RQVarList.h"
+
+namespace rqtool {
+
+/// The variables of the document's data fields. Of a PMML document those that `names` names, all when that is empty; of
+/// a settings document always all.
+/// @param input the document, for a second look at it
+/// @param bins  takes the bins of continuous fields from the document
+/// @throws Failure (Refused) that tells which field is at fault
+std::unique_ptr<RQMTD_NAMESPACE::RQVarList> ReadVariables(InputFile& input, const Document& document,
+                                                          const std::vector<std::string>& names, bool bins);
+
+/// The variables of the document's derived fields; only settings documents give them.
+/// @throws Failure (Refused) for a document of another kind, and as ReadVariables does
+std::unique_ptr<RQMTD_NAMESPACE::RQVarList> ReadDerivedVariables(InputFile& input, const Document& document);
+
+}  // namespace rqtool
+
+#endif

@@ -1,0 +1,22 @@
+#ifndef RQXML_TOOLS_ELEMENTPLACE_H
+#define RQXML_TOOLS_ELEMENTPLACE_H
+
+#include <optional>
+#include <string>
+
+#include "Failure.h"
+#include "InputFile.h"
+#include "rqxml/xml/RQXercesFwd.h"
+
+namespace rqtool {
+
+/// Finds where in `input` the start tag of `element` ends, by a second look at the document. Nothing for what stands in
+/// an entity.
+std::optional<Place> PlaceOf(InputFile& input, const xercesc::DOMElement& element);
+
+/// The attribute's value in UTF-8; nothing when the element has no such attribute.
+std::optional<std::string> Attribute(const xercesc::DOMElement& element, const char* name);
+
+}  // namespace rqtool
+
+#endif

@@ -1,0 +1,16 @@
+#ifndef RQXML_TOOLS_VALUETEXT_H
+#define RQXML_TOOLS_VALUETEXT_H
+
+#include <string>
+
+namespace rqtool {
+
+/// A number for people; words for the system-missing value.
+std::string NumberText(double value);
+
+/// `text`, printable; in quotes where it could be mistaken for something else in a list.
+std::string ItemText(const std::string& text);
+
+}  // namespace rqtool
+
+#endif
