@@ -152,13 +152,13 @@ class RQ_API RQSettingsParser : public RQPMMLParser {
   RQ_LOCAL const xercesc::DOMElement* GetScope(void* scope) const;
 
   template <class Read>
-  RQCommon::RQStatus WithParameter(const XMLCh* tag, const char* name, void* scope, Read read) const;
+  RQ_LOCAL RQCommon::RQStatus WithParameter(const XMLCh* tag, const char* name, void* scope, Read read) const;
   template <class Value>
-  RQCommon::RQStatus GetScalar(const char* name, Value& value, void* scope) const;
+  RQ_LOCAL RQCommon::RQStatus GetScalar(const char* name, Value& value, void* scope) const;
   template <class Item>
-  RQCommon::RQStatus GetItems(const char* name, std::vector<Item>& out, void* scope) const;
+  RQ_LOCAL RQCommon::RQStatus GetItems(const char* name, std::vector<Item>& out, void* scope) const;
   template <class Item>
-  RQCommon::RQStatus GetRows(const char* name, std::vector<std::vector<Item>>& out, void* scope) const;
+  RQ_LOCAL RQCommon::RQStatus GetRows(const char* name, std::vector<std::vector<Item>>& out, void* scope) const;
 
   const xercesc::DOMElement* fParameters = nullptr;
 };

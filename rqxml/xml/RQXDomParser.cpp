@@ -1,6 +1,7 @@
 #include "rqxml/xml/RQXDomParser.h"
 
 #include <istream>
+#include <new>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/framework/LocalFileInputSource.hpp>
@@ -96,8 +97,16 @@ void RQXDomParser::ParseWatched(const xercesc::InputSource& source) {
   fMarkup.Restart();
   fTags.Restart();
   fSawZero = false;
-  const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) { Watch(bytes); };
+  fWatchFailed = false;
+  const RQXWatchedSource::Watcher watcher = [this](std::string_view bytes) {
+    try {
+      Watch(bytes);
+    } catch (const std::bad_alloc&) {
+      fWatchFailed = true;  // the library's readers give nothing back when an exception leaves their first read
+    }
+  };
   parse(RQXWatchedSource(source, watcher));
+  if (fWatchFailed) throw std::bad_alloc();
 }
 
 void RQXDomParser::Watch(std::string_view bytes) {

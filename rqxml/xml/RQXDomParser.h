@@ -71,6 +71,7 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
   RQXMarkupText fMarkup;
   RQXTagFollower fTags;
   bool fSawZero = false;
+  bool fWatchFailed = false;
   std::string fInputMessage;
   bool fInputFailed = false;
   bool fLocked = false;

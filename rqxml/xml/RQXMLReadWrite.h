@@ -66,7 +66,7 @@ class RQ_API RQXMLReadWrite {
   xercesc::DOMDocument* GetDocument();
 
  private:
-  RQCommon::RQStatus ParseToDOM(const char* fileName, std::istream* stream);
+  RQ_LOCAL RQCommon::RQStatus ParseToDOM(const char* fileName, std::istream* stream);
 
   RQCommon::RQStatus fInitStatus;
   std::unique_ptr<RQXDomParser> fParser;

@@ -44,14 +44,15 @@ char FromEbcdic(unsigned int byte) {
 
 std::string_view RQXMarkupText::Add(std::string_view bytes) {
   if (fHeadLength == fHead.size()) return Convert(bytes);
-  while (fHeadLength < fHead.size() && !bytes.empty()) {
-    fHead[fHeadLength++] = static_cast<XMLByte>(bytes.front());
-    bytes.remove_prefix(1);
+  const std::size_t before = fHeadLength;
+  for (std::size_t i = 0; i < bytes.size() && fHeadLength < fHead.size(); ++i) {
+    fHead[fHeadLength++] = static_cast<XMLByte>(bytes[i]);
   }
   // What the first bytes mean is known when there are enough of them.
   if (fHeadLength < fHead.size()) return {};
   fFamily = DetectFamily(fHead);
-  std::string beginning(fHead.begin(), fHead.end());
+  if (before == 0) return Convert(bytes);
+  std::string beginning(fHead.begin(), fHead.begin() + static_cast<std::ptrdiff_t>(before));
   beginning += bytes;
   fText = std::string(Convert(beginning));
   return fText;
