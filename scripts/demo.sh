@@ -25,3 +25,9 @@ for document in examples/*.pmml; do
 done
 show vars --bins examples/customers.pmml
 show vars --json --fields region examples/customers.pmml
+
+# A settings document, whole and one parameter of it.
+show settings examples/settings/regression.xml
+show vars --bins --derived --fields 'rent,log rent' examples/settings/regression.xml
+show get examples/settings/regression.xml quantiles
+show get examples/settings/regression.xml steps --scope stepping/limits

@@ -22,7 +22,8 @@ using ::testing::Not;
 
 namespace {
 
-const std::vector<std::vector<std::string>> kHelpCalls{{"--help"}, {"vars", "--help"}, {"status", "--help"}};
+const std::vector<std::vector<std::string>> kHelpCalls{
+    {"--help"}, {"vars", "--help"}, {"settings", "--help"}, {"get", "--help"}, {"status", "--help"}};
 
 std::set<std::string> LongOptions(const std::string& text) {
   const std::regex pattern("--[a-z][a-z-]*");
@@ -53,8 +54,17 @@ TEST(CommandLine, HelpFitsAnEightyColumnTerminal) {
 
 TEST(CommandLine, HelpNamesEachOptionOfVars) {
   const std::string help = RunTool({"vars", "--help"}).out;
-  for (const char* option : {"FILE", "--fields NAMES", "--bins", "--wide", "--json", "--allow-dtd"}) {
+  for (const char* option : {"FILE", "--fields NAMES", "--bins", "--derived", "--wide", "--json", "--allow-dtd"}) {
     EXPECT_THAT(help, HasSubstr(option));
+  }
+}
+
+TEST(CommandLine, HelpNamesEachOptionOfSettingsAndOfGet) {
+  const std::string settings = RunTool({"settings", "--help"}).out;
+  for (const char* option : {"FILE", "--wide", "--json", "--allow-dtd"}) EXPECT_THAT(settings, HasSubstr(option));
+  const std::string get = RunTool({"get", "--help"}).out;
+  for (const char* option : {"FILE", "NAME", "--scope A/B", "--as FORM", "--json", "--allow-dtd"}) {
+    EXPECT_THAT(get, HasSubstr(option));
   }
 }
 
@@ -88,6 +98,13 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"vars", "a", "--fields", "\"x\"y"}, "the quotes do not match", "double quotes"},
       {{"vars", "a", "--fields", "x,,y"}, "a field name is empty", "a,b,c"},
       {{"vars", "a", "--fields", ""}, "a field name is empty", "a,b,c"},
+      {{"settings"}, "FILE is required", "rqxml settings --help"},
+      {{"settings", "a", "b"}, "not expected: b", "rqxml settings --help"},
+      {{"get", "a"}, "NAME is required", "rqxml get --help"},
+      {{"get", "a", "b", "--as", "float"}, "\"float\" is not one of string, int, double", "rqxml get --help"},
+      {{"get", "a", "b", "--scope"}, "--scope", "rqxml get --help"},
+      {{"get", "a", "b\xff"}, "the name \"b\\xff\" is not UTF-8", "UTF-8"},
+      {{"get", "a", "b", "--scope", "\xff"}, "the name \"\\xff\" is not UTF-8", "UTF-8"},
       {{"status", "x"}, "CODE", "rqxml status --help"},
       {{"status", "103", "104"}, "104", "rqxml status --help"},
       {{"status", "117"}, "no status code 117", "rqxml status"},

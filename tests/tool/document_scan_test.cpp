@@ -8,8 +8,8 @@
 
 #include "tests/support/platform.h"
 
-using rqtool::FindDataField;
 using rqtool::FindDocumentElement;
+using rqtool::FindElement;
 using rqtool::FindError;
 using rqtool::HasDoctype;
 using rqtool::Place;
@@ -67,14 +67,19 @@ TEST_F(DocumentScan, FindsTheDocumentElementAlsoOfADocumentThatIsBadFurtherOn) {
   EXPECT_FALSE(FindDocumentElement(none));
 }
 
-TEST_F(DocumentScan, FindsTheFieldsOfTheFirstDictionaryAlone) {
+TEST_F(DocumentScan, FindsAnElementByTheWayToIt) {
   const std::string document =
-      "<PMML>\n<DataField/>\n<DataDictionary>\n<DataField/><a><DataField/></a>\n<Other/>\n <DataField>\n<DataField/>"
-      "</DataField>\n</DataDictionary>\n<DataDictionary><DataField/></DataDictionary></PMML>";
-  const std::vector<std::string> places{"4:13", "6:13", "nowhere"};
-  for (std::size_t i = 0; i < places.size(); ++i) {
+      "<PMML>\n<!-- --><a/>\n<b>text<c/>\n<d><e/></d><c>\n <f/></c>\n</b>\n<b><c/><c/><c/><c/></b></PMML>";
+  struct Row {
+    rqtool::ElementPath path;
+    std::string place;
+  };
+  const std::vector<Row> rows{{{}, "1:7"},         {{0}, "2:13"},      {{1}, "3:4"},       {{1, 0}, "3:12"},
+                              {{1, 1, 0}, "4:8"},  {{1, 2, 0}, "5:6"}, {{2}, "7:4"},       {{2, 3}, "7:20"},
+                              {{1, 3}, "nowhere"}, {{3}, "nowhere"},   {{0, 0}, "nowhere"}};
+  for (const Row& row : rows) {
     std::istringstream in(document);
-    EXPECT_EQ(Shown(FindDataField(in, i)), places[i]) << i;
+    EXPECT_EQ(Shown(FindElement(in, row.path)), row.place) << ::testing::PrintToString(row.path);
   }
 }
 
@@ -82,7 +87,7 @@ TEST_F(DocumentScan, FindsNothingBehindADoctypeThatDeclaresAnything) {
   const std::string content = "\n<PMML><DataDictionary>\n<DataField/></DataDictionary></a>";
   for (const std::string doctype : {"<!DOCTYPE PMML [<!ENTITY e '<DataField/>'>]>", "<!DOCTYPE PMML SYSTEM '/none'>"}) {
     std::istringstream field(doctype + content);
-    EXPECT_EQ(Shown(FindDataField(field, 0)), "nowhere");
+    EXPECT_EQ(Shown(FindElement(field, {0, 0})), "nowhere");
     std::istringstream element(doctype + content);
     EXPECT_FALSE(FindDocumentElement(element));
     std::istringstream error(doctype + content);

@@ -46,17 +46,15 @@ class TreeReader {
 
   std::vector<ParameterNode> Read(const DOMElement& scope, void* handle, std::size_t depth) {
     if (depth > kDeepest) throw TooMuch("complex parameters are nested more than 100 deep");
+    CountSteps(scope);
     std::vector<ParameterNode> nodes;
     std::set<std::pair<Kind, std::string>> seen;
-    std::size_t position = 0;
     for (const DOMElement* element = xml::GetFirstChildElmt(scope, nullptr); element != nullptr;
          element = xml::GetNextSiblingElmt(*element, nullptr)) {
-      ++position;
       const std::optional<Kind> kind = KindOf(*element);
       if (!kind) continue;
       ParameterNode node{.kind = *kind, .name = Attribute(*element, "name")};
       node.hidden = !node.name || !seen.emplace(*kind, *node.name).second;
-      CountSteps(position);
       Fill(node, *element, handle, depth);
       nodes.push_back(std::move(node));
     }
@@ -70,8 +68,13 @@ class TreeReader {
                                        .hint = "rqxml get reads single parameters also of such a document"});
   }
 
-  void CountSteps(std::size_t steps) {
-    fSteps += steps;
+  // Counts what it takes to look up each element below `scope`: before the first look-up, so that it is told at once.
+  void CountSteps(const DOMElement& scope) {
+    std::size_t position = 0;
+    for (const DOMElement* element = xml::GetFirstChildElmt(scope, nullptr); element != nullptr;
+         element = xml::GetNextSiblingElmt(*element, nullptr)) {
+      fSteps += ++position;
+    }
     if (fSteps > kMostSteps) throw TooMuch("too many parameters stand in one scope to look each up by its name");
   }
 

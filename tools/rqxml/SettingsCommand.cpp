@@ -74,8 +74,7 @@ Outcome Run(const SettingsOptions& options, const Request& request) {
 
 void AddSettingsCommand(CLI::App& app, Request& request) {
   const auto options = std::make_shared<SettingsOptions>();
-  CLI::App* const command =
-      app.add_subcommand("settings", "Show the parameters, roles and variables of a settings document");
+  CLI::App* const command = app.add_subcommand("settings", "Show what a settings document holds");
   command->add_option("FILE", options->file, "the document; - reads standard input")->required()->option_text(" ");
   command->add_flag("--wide", options->wide, "shorten nothing to the width of the terminal");
   AddJson(*command, request);
