@@ -29,8 +29,8 @@ constexpr const char* kFooter =
     "Without --as a parameter is read by its type, and as an array when it has a\n"
     "list; a matrix and a complex parameter are shown whole.\n\n"
     "--scope A/B goes into the complex parameter A and in it into B. A name that\n"
-    "holds a / is taken whole where there is one; --scope A --scope B is the same\n"
-    "as --scope A/B.\n\n";
+    "holds a / is taken whole where there is one; --scope A --scope B always means\n"
+    "two names.\n\n";
 
 const std::map<std::string, ReadAs> kReadings{{"string", ReadAs::String}, {"int", ReadAs::Int},
                                               {"double", ReadAs::Double}, {"bool", ReadAs::Bool},
