@@ -1,0 +1,53 @@
+// Who holds the XML library. A program of its own: an exception of the library keeps it up for the whole process.
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "tests/combiner/combining.h"
+#include "tests/support/platform.h"
+
+namespace {
+
+using namespace rqtest;
+using RQXPrsUtil::RQXSplitPMMLCombiner;
+
+class Platform : public Combining {};
+
+TEST_F(Platform, IsHeldByTheCombinerAsLongAsItLives) {
+  ASSERT_FALSE(PlatformIsUp());
+  {
+    RQXSplitPMMLCombiner combiner(vars_);
+    EXPECT_TRUE(PlatformIsUp());
+    ASSERT_EQ(combiner.AddModel(WriteFile(File("a.pmml"), Source({"x"})), {"1"}), Ok());
+    EXPECT_TRUE(PlatformIsUp());
+    ASSERT_EQ(combiner.AddModel(File("a.pmml"), {"2"}), Ok());
+    EXPECT_EQ(combiner.ExportMiningModel(File("out.pmml")), Ok());
+    EXPECT_TRUE(PlatformIsUp());
+  }
+  EXPECT_FALSE(PlatformIsUp());
+}
+
+TEST_F(Platform, IsLeftToOthersWhoHoldIt) {
+  const PlatformGuard guard;
+  { const RQXSplitPMMLCombiner combiner(vars_); }
+  EXPECT_TRUE(PlatformIsUp());
+}
+
+TEST_F(Platform, CombinersMayDieInAnyOrder) {
+  const std::string source = WriteFile(File("a.pmml"), Source({"x"}));
+  std::optional<RQXSplitPMMLCombiner> first(vars_);
+  std::optional<RQXSplitPMMLCombiner> second(vars_);
+  ASSERT_EQ(first->AddModel(source, {"1"}), Ok());
+  ASSERT_EQ(second->AddModel(source, {"2"}), Ok());
+  ASSERT_EQ(first->ExportMiningModel(""), Ok());
+  first.reset();
+  EXPECT_EQ(second->AddModel(source, {"1"}), Ok());
+  EXPECT_EQ(second->ExportMiningModel(File("out.pmml")), Ok());
+  EXPECT_EQ(second->GetNModels(), 2);
+  second.reset();
+  EXPECT_FALSE(PlatformIsUp());
+}
+
+}  // namespace
