@@ -2,6 +2,7 @@
 
 #include <vector>
 #include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
 namespace RQXPrsUtil {
@@ -24,10 +25,19 @@ const DOMNode* NextChild(Level& level) {
   return child;
 }
 
+/// The node itself without what is below it; null when the library refuses to copy what it was willing to read.
+DOMNode* ImportAlone(DOMDocument& document, const DOMNode& node) {
+  try {
+    return document.importNode(&node, false);
+  } catch (const xercesc::DOMException&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 DOMNode* CopyNode(DOMDocument& document, const DOMNode& source, bool deep) {
-  DOMNode* const root = document.importNode(&source, false);
+  DOMNode* const root = ImportAlone(document, source);
   if (!deep || !root) return root;
   std::vector<Level> levels{{source.getFirstChild(), root, false}};
   // A copy is attached to its parent when it is whole: the library looks at all ancestors of a node it attaches to.
@@ -40,7 +50,7 @@ DOMNode* CopyNode(DOMDocument& document, const DOMNode& source, bool deep) {
       if (!done.reference) levels.back().copy->appendChild(done.copy);
     } else if (child->getNodeType() == DOMNode::ENTITY_REFERENCE_NODE) {
       levels.push_back({child->getFirstChild(), levels.back().copy, true});
-    } else if (DOMNode* const copy = document.importNode(child, false)) {
+    } else if (DOMNode* const copy = ImportAlone(document, *child)) {
       if (child->getFirstChild()) {
         levels.push_back({child->getFirstChild(), copy, false});
       } else {

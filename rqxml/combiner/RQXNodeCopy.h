@@ -9,7 +9,8 @@ namespace RQXPrsUtil {
 ///
 /// The result is that of the XML library's import, with two differences: references to entities are replaced by what
 /// they stand for, since the declarations stay behind; and it does not recurse, so that no nesting is too deep.
-/// @throws xercesc::DOMException for a node that cannot be imported
+/// @return null for a node that the XML library cannot import; such nodes below `source` are left out with all that is
+///   below them
 xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode& source, bool deep);
 
 }  // namespace RQXPrsUtil

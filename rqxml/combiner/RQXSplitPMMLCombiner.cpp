@@ -43,6 +43,9 @@ RQCommon::RQStatus RQXSplitPMMLCombiner::ExportMiningModel(const std::string& fi
   fStatus = WriteDocToPMMLFile(fOutput, file);
   fOutput->release();
   fOutput = nullptr;
+  fOutputDataDict = nullptr;
+  fOutputMiningSchema = nullptr;
+  fOutputSegmentation = nullptr;
   return fStatus;
 }
 
