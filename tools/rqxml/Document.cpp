@@ -162,7 +162,8 @@ Failure RefusedDocument(InputFile& input, const DocumentParser& parser, const RQ
   }
 }
 
-RQStatus Parse(DocumentParser& parser, InputFile& input) {
+template <typename Parser>
+RQStatus Parse(Parser& parser, InputFile& input) {
   try {
     return parser.ParseToDOM(input.Stream());
   } catch (const xercesc::SAXParseException& e) {
@@ -218,5 +219,13 @@ Document ReadSettings(InputFile& input) {
   if (document.kind != DocumentKind::Settings) throw NoParameters(input, *document.parser);
   return document;
 }
+
+void ReadTree(InputFile& input, RQXPrsUtil::RQXMLReadWrite& reader) {
+  const RQStatus status = Parse(reader, input);
+  input.RequireWhole();
+  if (!status.IsOK()) throw UnreadableDocument(input, reader.GetXercesMessage());
+}
+
+Failure NoPmmlDocument(InputFile& input) { return WrongElement(input); }
 
 }  // namespace rqtool

@@ -5,9 +5,11 @@
 #include <memory>
 #include <string_view>
 
+#include "Failure.h"
 #include "InputFile.h"
 #include "rqxml/common/RQStatus.h"
 #include "rqxml/settings/RQSettingsParser.h"
+#include "rqxml/xml/RQXMLReadWrite.h"
 #include "rqxml/xml/RQXercesFwd.h"
 
 namespace rqtool {
@@ -49,6 +51,13 @@ Document ReadDocument(InputFile& input);
 /// Reads the settings document that `input` holds.
 /// @throws Failure as ReadDocument does, and for a document of another kind (Refused)
 Document ReadSettings(InputFile& input);
+
+/// Reads the document that `input` holds into `reader`, whatever its kind.
+/// @throws Failure when it cannot be read (FileFailed) or is refused (Refused)
+void ReadTree(InputFile& input, RQXPrsUtil::RQXMLReadWrite& reader);
+
+/// Tells that the document element of what `input` holds is not "PMML".
+Failure NoPmmlDocument(InputFile& input);
 
 }  // namespace rqtool
 

@@ -116,7 +116,7 @@ std::optional<std::string> FindEmptyValue(int argc, char** argv) {
 }
 
 ExitCode Run(int argc, char** argv) {
-  CLI::App app("Reads the XML documents of a statistics and data-mining engine.", "rqxml");
+  CLI::App app("Reads and combines the XML documents of a statistics and data-mining engine.", "rqxml");
   app.set_version_flag("--version", std::string("rqxml ") + RQXML_VERSION_STRING);
   app.footer(ExitCodeHelp());
   app.get_formatter()->column_width(20);
@@ -125,6 +125,7 @@ ExitCode Run(int argc, char** argv) {
   AddVarsCommand(app, request);
   AddSettingsCommand(app, request);
   AddGetCommand(app, request);
+  AddCombineCommand(app, request);
   AddStatusCommand(app, request);
   if (const std::optional<std::string> word = FindEmptyValue(argc, argv)) {
     return Report(Failure(ExitCode::WrongUsage, {.what = *word + " gives no value",

@@ -1,0 +1,112 @@
+#include "SplitDocument.h"
+
+#include <array>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNodeList.hpp>
+
+#include "Document.h"
+#include "rqxml/xml/RQXMLReadWrite.h"
+#include "rqxml/xml/RQXMLUtil.h"
+
+namespace rqtool {
+
+namespace {
+
+using RQXPrsUtil::AsElement;
+using RQXPrsUtil::GetAttribute;
+using RQXPrsUtil::GetFirstChildElmt;
+using RQXPrsUtil::GetNextSiblingElmt;
+using RQXPrsUtil::ToUTF8;
+using xercesc::DOMElement;
+
+// The models that can be combined, in the order in which one is chosen where a document has several.
+constexpr std::array kModels{
+    "MiningModel",   "AssociationModel", "ClusteringModel", "GeneralRegressionModel", "NaiveBayesModel",
+    "NeuralNetwork", "RegressionModel",  "RuleSetModel",    "SequenceModel",          "SupportVectorMachineModel",
+    "TextModel",     "TimeSeriesModel",  "TreeModel"};
+
+std::optional<std::string> Attribute(const DOMElement& element, const char* name) {
+  const XMLCh* const value = GetAttribute(element, name);
+  if (value == nullptr) return std::nullopt;
+  return ToUTF8(value);
+}
+
+// Calls `use` with each element below `top` that is named `tagName`. The list is live: it is asked for once.
+template <typename Use>
+void ForEachBelow(const DOMElement& top, const XMLCh* tagName, Use use) {
+  const xercesc::DOMNodeList& list = *top.getElementsByTagName(tagName);
+  for (XMLSize_t i = 0; const xercesc::DOMNode* const node = list.item(i); ++i) {
+    if (const DOMElement* const element = AsElement(*node, nullptr)) use(*element);
+  }
+}
+
+SourceField ReadField(const DOMElement& element) {
+  const std::optional<std::string> name = Attribute(element, "name");
+  SourceField field{.name = name.value_or(""),
+                    .named = name.has_value(),
+                    .optype = Attribute(element, "optype").value_or(""),
+                    .dataType = Attribute(element, "dataType").value_or("")};
+  ForEachBelow(element, u"Value", [&field](const DOMElement& value) {
+    if (auto text = Attribute(value, "value")) field.values.push_back(std::move(*text));
+  });
+  return field;
+}
+
+void ReadDictionary(const DOMElement& pmml, SplitDocument& document) {
+  const DOMElement* const dictionary = GetFirstChildElmt(pmml, "DataDictionary");
+  if (dictionary == nullptr) return;
+  document.hasDictionary = true;
+  document.numberOfFields = Attribute(*dictionary, "numberOfFields");
+  ForEachBelow(*dictionary, u"DataField",
+               [&document](const DOMElement& field) { document.fields.push_back(ReadField(field)); });
+}
+
+const DOMElement* FindModel(const DOMElement& pmml, SplitDocument& document) {
+  const DOMElement* chosen = nullptr;
+  for (const char* const name : kModels) {
+    const DOMElement* model = GetFirstChildElmt(pmml, name);
+    for (; model != nullptr; model = GetNextSiblingElmt(*model, name)) {
+      if (chosen == nullptr) {
+        chosen = model;
+        document.model = name;
+      } else {
+        document.otherModels.emplace_back(name);
+      }
+    }
+  }
+  return chosen;
+}
+
+void ReadSchema(const DOMElement& model, SplitDocument& document) {
+  const DOMElement* const schema = GetFirstChildElmt(model, "MiningSchema");
+  if (schema == nullptr) return;
+  document.hasSchema = true;
+  const DOMElement* field = GetFirstChildElmt(*schema, "MiningField");
+  for (; field != nullptr; field = GetNextSiblingElmt(*field, "MiningField")) {
+    if (auto name = Attribute(*field, "name")) document.miningFields.push_back(std::move(*name));
+  }
+}
+
+}  // namespace
+
+SplitDocument ReadSplitDocument(InputFile& input) {
+  RQXPrsUtil::RQXMLReadWrite reader;
+  ReadTree(input, reader);
+  const DOMElement* const pmml = GetFirstChildElmt(*reader.GetDocument(), nullptr);
+  if (pmml == nullptr || !RQXPrsUtil::TagNameEquals(*pmml, "PMML")) throw NoPmmlDocument(input);
+
+  SplitDocument document;
+  document.hasHeader = GetFirstChildElmt(*pmml, "Header") != nullptr;
+  document.hasTransformations = GetFirstChildElmt(*pmml, "TransformationDictionary") != nullptr;
+  ReadDictionary(*pmml, document);
+  const DOMElement* const model = FindModel(*pmml, document);
+  if (model == nullptr) return document;
+  document.functionName = Attribute(*model, "functionName");
+  document.algorithmName = Attribute(*model, "algorithmName").value_or("");
+  document.hasLocalTransformations = GetFirstChildElmt(*model, "LocalTransformations") != nullptr;
+  ReadSchema(*model, document);
+  return document;
+}
+
+}  // namespace rqtool
