@@ -332,6 +332,17 @@ TEST_F(Copy, ValueThatXmlCannotHoldIsAFailedWrite) {
   EXPECT_EQ(Combiner().ExportMiningModel(File("out.pmml")), Failure(118));
 }
 
+// The parser takes names beyond the basic plane; the library's import does not.
+
+TEST_F(Copy, ElementWhoseNameCannotBeCopiedIsLeftOutWithItsContent) {
+  const std::string odd = "<e\xF0\x9F\x98\x80><Node/></e\xF0\x9F\x98\x80>";
+  const std::string source = InPmml(Dictionary(NamedField("x")) + Model({"x"}, odd + "<Node/>"));
+  EXPECT_NO_THROW(EXPECT_EQ(Add(source, {"1"}), Ok()));
+  EXPECT_NO_THROW(EXPECT_EQ(Add(source, {"2"}), Ok()));
+  EXPECT_EQ(Combiner().GetNModels(), 2);
+  EXPECT_THAT(Export(), HasSubstr(Segment("1", Model({"x"})) + Segment("2", Model({"x"}))));
+}
+
 // Deep documents
 
 std::string Deep(int levels) {
