@@ -31,3 +31,10 @@ show settings examples/settings/regression.xml
 show vars --bins --derived --fields 'rent,log rent' examples/settings/regression.xml
 show get examples/settings/regression.xml quantiles
 show get examples/settings/regression.xml steps --scope stepping/limits
+
+# The models of four splits of the data become one document, whose variables are those of the models and the split
+# variables.
+combined="$(mktemp -d)"
+trap 'rm -rf "$combined"' EXIT
+show combine -o "$combined/spending.pmml" --manifest examples/splits/splits.csv --label "region=Sales region"
+show vars "$combined/spending.pmml"

@@ -22,8 +22,8 @@ using ::testing::Not;
 
 namespace {
 
-const std::vector<std::vector<std::string>> kHelpCalls{
-    {"--help"}, {"vars", "--help"}, {"settings", "--help"}, {"get", "--help"}, {"status", "--help"}};
+const std::vector<std::vector<std::string>> kHelpCalls{{"--help"},        {"vars", "--help"},    {"settings", "--help"},
+                                                       {"get", "--help"}, {"combine", "--help"}, {"status", "--help"}};
 
 std::set<std::string> LongOptions(const std::string& text) {
   const std::regex pattern("--[a-z][a-z-]*");
@@ -105,6 +105,33 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"get", "a", "b", "--scope"}, "--scope", "rqxml get --help"},
       {{"get", "a", "b\xff"}, "the name \"b\\xff\" is not UTF-8", "UTF-8"},
       {{"get", "a", "b", "--scope", "\xff"}, "the name \"\\xff\" is not UTF-8", "UTF-8"},
+      {{"combine"}, "--output is required", "rqxml combine --help"},
+      {{"combine", "-o", "x"}, "--manifest or --by", "rqxml combine --help"},
+      {{"combine", "-o", "x", "--manifest", "m", "--by", "a", "f=1"}, "one of them", "rqxml combine --help"},
+      {{"combine", "-o", "x", "--by", "a"}, "no file is named", "FILE=VALUE"},
+      {{"combine", "-o", "x", "--by", "a,a", "f=1"}, "\"a\" is named twice", "NAME"},
+      {{"combine", "-o", "x", "--by", "a,", "f=1"}, "the name of a split variable is empty", "NAME"},
+      {{"combine", "-o", "x", "--by", "\"a", "f=1"}, "the quotes do not match", "NAME"},
+      {{"combine", "-o", "x", "--by", "a\xff", "f=1"}, "holds what no XML document can hold", "NAME"},
+      {{"combine", "-o", "x", "--by", "a", "f"}, "f: is not FILE=VALUE", "FILE=VALUE"},
+      {{"combine", "-o", "x", "--by", "a", "=1"}, "=1: is not FILE=VALUE", "FILE=VALUE"},
+      {{"combine", "-o", "x", "--by", "a", "f=\"1"}, "the quotes do not match", "FILE=VALUE"},
+      {{"combine", "-o", "x", "--by", "a", "f=\"1\"2"}, "the quotes do not match", "FILE=VALUE"},
+      {{"combine", "-o", "x", "--manifest", "/dev/null", "f=1"}, "no file is named: f=1", "the manifest"},
+      {{"combine", "-o", "x", "--by", "a", "--type", "b=string", "f=1"}, "name of a split variable", "NAME="},
+      {{"combine", "-o", "x", "--by", "a", "--type", "a=text", "f=1"}, "there is no such type", "string, double"},
+      {{"combine", "-o", "x", "--by", "a", "--type", "a=double", "--type", "a=double", "f=1"}, "twice", "once"},
+      {{"combine", "-o", "x", "--by", "a", "--label", "a", "f=1"}, "name of a split variable", "NAME="},
+      {{"combine", "-o", "x", "--by", "a", "--label", "a=\x01", "f=1"}, "no XML document can hold", "UTF-8"},
+      {{"combine", "-o", "x", "--by", "a", "--continuous", "b", "f=1"}, "no such split variable", "--by"},
+      {{"combine", "-o", "x", "--by", "a", "--continuous", "a", "--type", "a=string", "f=1"}, "string", "numbers"},
+      {{"combine", "-o", "x", "--by", "a", "--continuous", "a", "--categories", "a=1", "f=1"}, "continuous", "leave"},
+      {{"combine", "-o", "x", "--by", "a", "--categories", "a=x,x", "f=1"}, "\"x\" stands there twice", "once"},
+      {{"combine", "-o", "x", "--by", "a", "--categories", "a=\"x", "f=1"}, "the quotes do not match", "a,b,c"},
+      {{"combine", "-o", "x", "--by", "a", "--categories", "a=x,,y", "f=1"}, "is empty", "a,b,c"},
+      {{"combine", "-o", "x", "--by", "a", "--type", "a=integer", "--categories", "a=1,1.5", "f=1"},
+       "\"1.5\" of \"a\" is no integer",
+       "a,b,c"},
       {{"status", "x"}, "CODE", "rqxml status --help"},
       {{"status", "103", "104"}, "104", "rqxml status --help"},
       {{"status", "117"}, "no status code 117", "rqxml status"},

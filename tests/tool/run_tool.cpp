@@ -99,6 +99,10 @@ Channel MakeOutput(const ToolCall& call) {
     const rlimit limit{call.memoryLimit, call.memoryLimit};
     setrlimit(RLIMIT_AS, &limit);
   }
+  if (call.fileSizeLimit != 0) {
+    const rlimit limit{call.fileSizeLimit, call.fileSizeLimit};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
   for (const auto& [name, value] : call.environment) setenv(name.c_str(), value.c_str(), 1);
   execv(argv[0], argv);
   _exit(127);
@@ -153,7 +157,7 @@ ToolResult RunTool(const ToolCall& call) {
 
   Channel in = MakePipe();
   Channel out = MakeOutput(call);
-  Channel err = MakePipe();
+  Channel err = call.errorColumns ? MakeTerminal(*call.errorColumns) : MakePipe();
   if (call.breakPipe) out.out.Close();
   const pid_t child = fork();
   Check(child >= 0, "fork");

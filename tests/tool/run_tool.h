@@ -20,6 +20,8 @@ struct ToolCall {
   bool closeOutput = false;                                        ///< run without standard output
   bool breakPipe = false;                                          ///< standard output is a pipe that nobody reads
   std::optional<unsigned short> terminalColumns{};                 ///< standard output is a terminal of that width
+  std::optional<unsigned short> errorColumns{};                    ///< the same for standard error
+  std::size_t fileSizeLimit = 0;                                   ///< largest file in bytes; 0 for no limit
   std::size_t memoryLimit = 0;                                     ///< address space in bytes; 0 for no limit
   std::optional<std::size_t> fileSizeLimit{};                      ///< how many bytes a file may get that is written
 };

@@ -108,10 +108,9 @@ void AddCombineCommand(CLI::App& app, Request& request) {
   const auto options = std::make_shared<CombineOptions>();
   CLI::App* const command = app.add_subcommand("combine", "Merge the PMML files of splits into one mining model");
   command->footer(kFooter + command->get_footer());
-  command->get_formatter()->column_width(24);
   command->add_option("-o,--output", options->output, "the document to write")->required()->option_text("OUT");
   command->add_option("--manifest", options->manifest, "a table of the files and their split values")
-      ->option_text("SPLITS.csv");
+      ->option_text("CSV");
   command->add_option("--by", options->by, "the split variables, as in region,size")->option_text("NAMES");
   command->add_option("SPLIT", options->splits, "FILE=VALUE[,VALUE]...; with --by")->option_text(" ");
   AddVariableOptions(*command, *options);

@@ -86,6 +86,8 @@ void SynchroniseFolder(const std::string& folder) {
 OutputFile::OutputFile(const std::string& name) : fName(name), fTarget(FollowLinks(name)) {
   struct stat target {};
   const bool exists = ::stat(fTarget.c_str(), &target) == 0;
+  std::error_code error;
+  if (fs::is_symlink(fTarget, error)) Fail("is a link that leads in a circle", "name a file");
   if (exists && S_ISDIR(target.st_mode)) Fail("is a directory", "name a file in it");
   if (exists && !S_ISREG(target.st_mode)) {
     Fail("is a pipe or a device, not a regular file", "the document is written whole and then renamed: name a file");
