@@ -91,10 +91,6 @@ Channel MakeOutput(const ToolCall& call) {
   if (call.closeOutput) close(STDOUT_FILENO);
   signal(SIGPIPE, SIG_DFL);
   signal(SIGXFSZ, SIG_DFL);
-  if (call.fileSizeLimit) {
-    const rlimit limit{*call.fileSizeLimit, *call.fileSizeLimit};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
   if (call.memoryLimit != 0) {
     const rlimit limit{call.memoryLimit, call.memoryLimit};
     setrlimit(RLIMIT_AS, &limit);

@@ -23,7 +23,6 @@ struct ToolCall {
   std::optional<unsigned short> errorColumns{};                    ///< the same for standard error
   std::size_t fileSizeLimit = 0;                                   ///< largest file in bytes; 0 for no limit
   std::size_t memoryLimit = 0;                                     ///< address space in bytes; 0 for no limit
-  std::optional<std::size_t> fileSizeLimit{};                      ///< how many bytes a file may get that is written
 };
 
 /// How it went.
