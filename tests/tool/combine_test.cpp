@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/files.h"
@@ -181,7 +182,7 @@ std::vector<Refusal> Refusals() {
       {"other function", Text({.attributes = "functionName='classification'"}), "2", 1,
        "functionName is \"classification\", but \"regression\" in the first file", "124", false},
       {"mining model", Text({.model = "MiningModel"}), "2", 1, "its model is a \"MiningModel\"", "125", true},
-      {"too many values", Text({}), "2,3", 1, "has 2 split values for 1 split variables", "126", true},
+      {"too many values", Text({}), "2,3", 1, "has 2 split values for 1 split variable", "126", true},
       {"empty value", Text({}), "", 1, "the value of \"s\" is empty", "", true},
       {"bad character", Text({}), "\x01", 1, "the value of \"s\" holds what no XML document can hold", "", true},
       {"no UTF-8", Text({}), "\xff", 1, "the value of \"s\" holds what no XML document can hold", "", true},
@@ -249,7 +250,7 @@ TEST_F(Combine, WritesNothingWhenEachFileIsSkipped) {
 TEST_F(Combine, TellsTheLineOfTheManifestThatHasAWrongNumberOfValues) {
   const ToolResult result = RunManifest("file,s\na.pmml,1\nb.pmml\n");
   EXPECT_EQ(result.exitCode, 1) << result;
-  EXPECT_THAT(result.err, HasSubstr("b.pmml: has 0 split values for 1 split variables (line 3 of the manifest)\n"));
+  EXPECT_THAT(result.err, HasSubstr("b.pmml: has 0 split values for 1 split variable (line 3 of the manifest)\n"));
 }
 
 TEST_F(Combine, RefusesValuesThatAreNoNumbersOfTheType) {
@@ -271,8 +272,8 @@ TEST_F(Combine, AcceptsADoctypeOnlyWhenItIsTrusted) {
 }
 
 TEST_F(Combine, ReadsFilesWhoseNamesTheXmlLibraryWouldMisread) {
-  for (const char* name :
-       {"Größe.pmml", "a b.pmml", "a%41.pmml", "a#b.pmml", "http:x.pmml", "x=y.pmml", "a\xff.pmml"}) {
+  for (const char* name : {"Größe.pmml", "a b.pmml", "a%41.pmml", "a#b.pmml", "http:x.pmml", "x=y.pmml", "a\xff.pmml",
+                           "a\"b.pmml", "x=\"y\",z=.pmml"}) {
     const std::string file = WriteFile(File(name), Text(SplitText{}));
     const ToolResult result = RunTool(
         ToolCall{.arguments = {"combine", "-o", Out(), "--by", "s", file + "=1"}, .environment = {{"LC_ALL", "C"}}});
@@ -280,10 +281,24 @@ TEST_F(Combine, ReadsFilesWhoseNamesTheXmlLibraryWouldMisread) {
   }
 }
 
-TEST_F(Combine, NeverReadsPipesDevicesOrFolders) {
-  for (const char* name : {"/dev/zero", "/dev/stdin", "/tmp"}) {
-    EXPECT_EQ(Run({"--by", "s", std::string(name) + "=1"}).exitCode, 3) << name;
+TEST_F(Combine, NeverReadsPipesDevicesFoldersOrStandardInput) {
+  for (const char* name : {"/dev/zero", "/dev/stdin", "/tmp", "-", "none.pmml"}) {
+    const ToolResult result = RunTool(ToolCall{
+        .arguments = {"combine", "-o", Out(), "--by", "s", "--", std::string(name) + "=1"}, .input = "<PMML/>"});
+    EXPECT_EQ(result.exitCode, 3) << name << result;
+    EXPECT_THAT(result.err, AllOf(HasSubstr("\n  hint: "), Not(HasSubstr("--allow-dtd")), Not(HasSubstr("(-)")),
+                                  Not(HasSubstr("- reads standard input"))));
   }
+}
+
+TEST_F(Combine, TakesEqualsSignsCommasAndQuotesInQuotedValues) {
+  for (const auto& [argument, value] : std::vector<std::pair<std::string, std::string>>{
+           {"\"x=1\"", "x=1"}, {"\"a,\"\"=\"\",b\"", "a,&quot;=&quot;,b"}, {"\"=\"", "="}}) {
+    const ToolResult result = Run({"--by", "s", File("a.pmml") + "=" + argument});
+    EXPECT_EQ(result.exitCode, 0) << result;
+    EXPECT_THAT(Combined(), HasSubstr("operator=\"equal\" value=\"" + value + "\"/>"));
+  }
+  EXPECT_EQ(Run({"--by", "s", File("a.pmml") + "=\"x=1"}).exitCode, 2) << "a quote that is not closed";
 }
 
 TEST_F(Combine, PrintsTheSumsAsJson) {

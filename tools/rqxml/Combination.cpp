@@ -51,6 +51,10 @@ Failure Refusal(const Split& split, const std::string& what, long status, const 
   return Failure(ExitCode::Refused, {.file = split.file, .what = what, .status = status, .hint = hint});
 }
 
+std::string Count(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
 std::string PlaceInManifest(const Split& split) {
   return split.line == 0 ? "" : " (line " + std::to_string(split.line) + " of the manifest)";
 }
@@ -97,8 +101,8 @@ void Combination::StartAnew() {
 
 void Combination::CheckValues(const Split& split) const {
   if (split.values.size() != fVariables.size()) {
-    const std::string what = "has " + std::to_string(split.values.size()) + " split values for " +
-                             std::to_string(fVariables.size()) + " split variables" + PlaceInManifest(split);
+    const std::string what = "has " + Count(split.values.size(), "split value") + " for " +
+                             Count(fVariables.size(), "split variable") + PlaceInManifest(split);
     throw Refusal(split, what, RQXPrsUtil::BadSplitValues, "give one value for each split variable");
   }
   for (std::size_t i = 0; i < fVariables.size(); ++i) {
@@ -113,7 +117,7 @@ void Combination::Add(const Split& split) {
   CheckValues(split);
   SplitDocument document;
   {
-    InputFile input(split.file, SpecialFiles::Refuse);
+    InputFile input(split.file, SpecialFiles::RegularOnly);
     document = ReadSplitDocument(input);
   }
   const LibraryName name(split.file);
