@@ -177,6 +177,12 @@ struct Refusal {
   bool alsoFirst;  // refused as the first file too
 };
 
+std::string Repeat(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 std::vector<Refusal> Refusals() {
   return {
       {"other function", Text({.attributes = "functionName='classification'"}), "2", 1,
@@ -192,6 +198,14 @@ std::vector<Refusal> Refusals() {
       {"no encoding", "<?xml version='1.0' encoding='nix'?><PMML/>", "2", 1, "cannot be read as XML", "104", true},
       {"empty", "", "2", 1, ": the document is empty", "", true},
       {"no PMML", "<DataModel/>", "2", 1, "the document element is \"DataModel\", not \"PMML\"", "105", true},
+      {"nested too deep", Text({.local = Repeat("<Extension>", 20'000) + Repeat("</Extension>", 20'000)}), "2", 1,
+       "is nested more than 10000 levels deep", "", true},
+      {"a character of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<Extension>a&#1;</Extension>"}), "2", 1,
+       "holds the character U+0001, which only XML 1.1 can", "", true},
+      {"an attribute of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<Extension value='&#x1b;'/>"}), "2", 1,
+       "holds the character U+001B", "", true},
+      {"a name of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<A\xF0\x90\x80\x80/>"}), "2", 1,
+       "uses the name \"A\xF0\x90\x80\x80\", which only XML 1.1 can", "", true},
       {"DOCTYPE", "<!DOCTYPE PMML>" + Text({}), "2", 1, "(DOCTYPE), which is refused", "", true},
   };
 }
@@ -227,6 +241,13 @@ TEST_F(Combine, SkipsARefusedFileWithKeepGoingWhereverItStands) {
       EXPECT_THAT(Combined(), AllOf(HasSubstr("value=\"1\"/><TreeModel"), HasSubstr("value=\"3\"/><TreeModel")));
     }
   }
+}
+
+TEST_F(Combine, TakesADocumentOfXml11ThatXml10CanHold) {
+  const std::string other =
+      WriteFile(File("other.pmml"), "<?xml version='1.1'?>" + Text({.local = "<Extension>\t\n</Extension>"}));
+  EXPECT_EQ(Run({"--by", "s", other + "=1", File("a.pmml") + "=2"}).exitCode, 0);
+  EXPECT_EQ(RunTool({"vars", Out()}).exitCode, 0);
 }
 
 TEST_F(Combine, SkipsAFirstFileWithoutAModel) {

@@ -6,6 +6,8 @@
 #include <xercesc/dom/DOMNodeList.hpp>
 
 #include "Document.h"
+#include "Failure.h"
+#include "Writable.h"
 #include "rqxml/xml/RQXMLReadWrite.h"
 #include "rqxml/xml/RQXMLUtil.h"
 
@@ -88,6 +90,15 @@ void ReadSchema(const DOMElement& model, SplitDocument& document) {
   }
 }
 
+void RequireWritable(const InputFile& input, const xercesc::DOMDocument& document) {
+  const std::string why = WhyNotWritable(document);
+  if (why.empty()) return;
+  throw Failure(ExitCode::Refused,
+                {.file = input.GetDisplayName(),
+                 .what = why,
+                 .hint = "the combined document, an XML 1.0 document, could not be written with it"});
+}
+
 }  // namespace
 
 SplitDocument ReadSplitDocument(InputFile& input) {
@@ -95,6 +106,7 @@ SplitDocument ReadSplitDocument(InputFile& input) {
   ReadTree(input, reader);
   const DOMElement* const pmml = GetFirstChildElmt(*reader.GetDocument(), nullptr);
   if (pmml == nullptr || !RQXPrsUtil::TagNameEquals(*pmml, "PMML")) throw NoPmmlDocument(input);
+  RequireWritable(input, *reader.GetDocument());
 
   SplitDocument document;
   document.hasHeader = GetFirstChildElmt(*pmml, "Header") != nullptr;
