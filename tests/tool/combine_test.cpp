@@ -206,6 +206,14 @@ std::vector<Refusal> Refusals() {
        "holds the character U+001B", "", true},
       {"a name of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<A\xF0\x90\x80\x80/>"}), "2", 1,
        "uses the name \"A\xF0\x90\x80\x80\", which only XML 1.1 can", "", true},
+      {"an element of a namespace that the first file does not declare",
+       Text({.root = "<PMML xmlns:p='urn:p'>", .local = "<Extension><p:e/></Extension>"}), "2", 1,
+       "uses names of xmlns:p=\"urn:p\", which the first file does not declare", "", false},
+      {"an attribute of such a namespace", Text({.root = "<PMML xmlns:p='urn:p'>", .local = "<Extension p:a='1'/>"}),
+       "2", 1, "uses names of xmlns:p=\"urn:p\"", "", false},
+      {"a field of such a namespace",
+       Text({.root = "<PMML xmlns:p='urn:p'>", .fields = "<DataField name='n'><p:e/></DataField>"}), "2", 1,
+       "uses names of xmlns:p=\"urn:p\"", "", false},
       {"DOCTYPE", "<!DOCTYPE PMML>" + Text({}), "2", 1, "(DOCTYPE), which is refused", "", true},
   };
 }

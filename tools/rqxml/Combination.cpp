@@ -113,6 +113,17 @@ void Combination::CheckValues(const Split& split) const {
   }
 }
 
+// The declarations of a later file stay behind with its "PMML": what uses them could not be read.
+void Combination::CheckNamespaces(const Split& split, const SplitDocument& document) const {
+  if (GetSegments() == 0) return;
+  for (const std::string& name : document.usedNamespaces) {
+    if (fNamespaces.count(name) == 1) continue;
+    const std::string address = document.namespaces.at(name);
+    throw Refusal(split, "uses names of " + name + "=\"" + address + "\", which the first file does not declare",
+                  "declare it at the \"PMML\" of the first file too, or at the element that uses it");
+  }
+}
+
 void Combination::Add(const Split& split) {
   CheckValues(split);
   SplitDocument document;
@@ -120,6 +131,7 @@ void Combination::Add(const Split& split) {
     InputFile input(split.file, SpecialFiles::RegularOnly);
     document = ReadSplitDocument(input);
   }
+  CheckNamespaces(split, document);
   const LibraryName name(split.file);
   Merge(split, document, name.Get());
   fComparison.Add(split, document);
@@ -136,7 +148,10 @@ void Combination::Merge(const Split& split, const SplitDocument& document, const
     }
   }
   if (!status.IsOK()) throw RefusedByLibrary(split, document, status, fFunctionName);
-  if (GetSegments() == 1 && fFunctionName.empty()) fFunctionName = document.functionName.value_or("");
+  if (GetSegments() == 1 && fFunctionName.empty()) {
+    fFunctionName = document.functionName.value_or("");
+    fNamespaces = document.namespaces;
+  }
 }
 
 void Combination::Write(const OutputFile& output) {
