@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -22,6 +23,7 @@ DOMNode* NextInSubtree(const DOMNode* root, DOMNode* node) {
 /// Every element of that name below `root`, in document order, and the attribute's text of those that have it.
 void EnumDescendants(const DOMNode* root, const char* tagName, const char* attribute, std::vector<DOMNode*>& elements,
                      std::vector<std::string>& texts) {
+  if (!root) return;
   for (DOMNode* node = root->getFirstChild(); node; node = NextInSubtree(root, node)) {
     const DOMElement* const element = AsElement(*node, tagName);
     if (!element) continue;
@@ -120,7 +122,8 @@ void RQXSplitPMMLCombiner::UpdateDataDict(const DOMElement* source, DOMNode* tar
 /// A known field's values go to the output field at the same position, wherever its name stands there: split
 /// documents list their fields in one order.
 void RQXSplitPMMLCombiner::MergeValues(DOMNode* sourceField, std::size_t position) {
-  if (position >= fDataFields.size()) return;
+  // The lists differ in length after an export, and after a merge that ran out of memory.
+  if (position >= std::min(fDataFields.size(), fKnownValues.size())) return;
   std::vector<DOMNode*> elements;
   Strings values;
   EnumValuesOfDataField(sourceField, elements, values);
