@@ -328,8 +328,10 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.behaviour; });
 
 TEST_F(Copy, ValueThatXmlCannotHoldIsAFailedWrite) {
-  ASSERT_EQ(Add(Source({"x"}), {"a\x01z"}), Ok());
-  EXPECT_EQ(Combiner().ExportMiningModel(File("out.pmml")), Failure(118));
+  for (const char* value : {"a\x01z", "\x1F", "\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+    ASSERT_EQ(Add(InPmml(Model({"x"})), {value}), Ok());
+    EXPECT_EQ(Combiner().ExportMiningModel(File("out.pmml")), Failure(118)) << value;
+  }
 }
 
 // The parser takes names beyond the basic plane; the library's import does not.
@@ -341,6 +343,30 @@ TEST_F(Copy, ElementWhoseNameCannotBeCopiedIsLeftOutWithItsContent) {
   EXPECT_NO_THROW(EXPECT_EQ(Add(source, {"2"}), Ok()));
   EXPECT_EQ(Combiner().GetNModels(), 2);
   EXPECT_THAT(Export(), HasSubstr(Segment("1", Model({"x"})) + Segment("2", Model({"x"}))));
+}
+
+TEST_F(Copy, ModelThatCannotBeCopiedLeavesItsSegmentWhichCounts) {
+  const std::string odd = "<TreeModel functionName=\"classification\" a\xF0\x9F\x98\x80=\"1\"/>";
+  const std::string dictionary = "<TransformationDictionary><DerivedField name=\"d\"/></TransformationDictionary>";
+  ASSERT_EQ(Add(Source({"x"}), {"1"}), Ok());
+  EXPECT_EQ(Add(InPmml(dictionary + odd), {"2"}), Ok());
+  EXPECT_EQ(Combiner().GetNModels(), 2);
+  EXPECT_THAT(Export(), HasSubstr(Segmentation(Segment("1", Model({"x"})) + Segment("2", ""))));
+}
+
+TEST_F(Copy, FieldsAndValuesThatCannotBeCopiedAreNotTakenAsKnown) {
+  const std::string odd = " a\xF0\x9F\x98\x80=\"1\"";
+  const std::string oddFields =
+      "<DataField name=\"x\"><Value value=\"v\"" + odd + "/></DataField><DataField name=\"y\"" + odd + "/>";
+  const std::string oddSchema = "<MiningSchema><MiningField name=\"y\"" + odd + "/></MiningSchema>";
+  const std::string oddSource =
+      InPmml(Dictionary(oddFields) + "<TreeModel functionName=\"classification\">" + oddSchema + "</TreeModel>");
+  ASSERT_EQ(Add(Source({"x"}), {"1"}), Ok());
+  ASSERT_EQ(Add(oddSource, {"2"}), Ok());
+  ASSERT_EQ(Add(InPmml(Dictionary(NamedField("x", {"v"}) + NamedField("y")) + Model({"y"})), {"1"}), Ok());
+  const std::string text = Export();
+  EXPECT_THAT(text, HasSubstr(Dictionary(3, NamedField("x", {"v"}) + kRegionField + NamedField("y"))));
+  EXPECT_THAT(text, HasSubstr(CombinedSchema({"x"}, {"y"})));
 }
 
 // Deep documents
