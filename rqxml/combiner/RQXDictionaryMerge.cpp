@@ -4,6 +4,7 @@
 
 #include "rqxml/combiner/RQXSplitPMMLCombiner.h"
 #include "rqxml/combiner/RQXSubsequence.h"
+#include "rqxml/combiner/RQXSubtree.h"
 #include "rqxml/xml/RQXMLUtil.h"
 
 namespace RQXPrsUtil {
@@ -12,13 +13,6 @@ using xercesc::DOMElement;
 using xercesc::DOMNode;
 
 namespace {
-
-/// The next node of the subtree of `root` in document order, or null.
-DOMNode* NextInSubtree(const DOMNode* root, DOMNode* node) {
-  if (DOMNode* const child = node->getFirstChild()) return child;
-  while (node != root && !node->getNextSibling()) node = node->getParentNode();
-  return node == root ? nullptr : node->getNextSibling();
-}
 
 /// Every element of that name below `root`, in document order, and the attribute's text of those that have it.
 void EnumDescendants(const DOMNode* root, const char* tagName, const char* attribute, std::vector<DOMNode*>& elements,
