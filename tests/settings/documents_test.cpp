@@ -97,7 +97,7 @@ class Interview {
     return OnOneLine(ShowOutcome(status) + ": " + Show(name));
   }
   static std::string Filled(const std::function<RQCommon::RQStatus(RQMTD_NAMESPACE::RQVarList&)>& fill) {
-    rqtest::RecordingSettingsList vars;
+    rqtest::RecordingStorageList vars;
     std::string text = ShowOutcome(fill(vars));
     for (const std::string& call : vars.calls) text += "\n  " + OnOneLine(call);
     return text;
