@@ -6,6 +6,7 @@
 #include "rqxml/common/RQMV.h"
 #include "rqxml/xml/RQXDomWalk.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "rqxml/xml/RQXNames.h"
 #include "rqxml/xml/RQXNumbers.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
@@ -19,7 +20,6 @@ using xercesc::DOMElement;
 
 constexpr XMLCh kUnivariateStats[] = u"UnivariateStats";
 constexpr XMLCh kArray[] = u"Array";
-constexpr XMLCh kInterval[] = u"Interval";
 
 constexpr RQStatus kMissing{AttributeMissing, false};
 constexpr RQStatus kBad{BadValue, false};
@@ -44,6 +44,16 @@ RQStatus ReadTotal(const DOMElement& counts, double& total) {
       break;
   }
   return total < 0 ? kBad : RQStatus();
+}
+
+/// What is read of every field, whatever its kind.
+RQStatus ReadHead(const DOMElement& element, std::string& name, double& total) {
+  const XMLCh* const field = AttributeOf(element, u"field");
+  if (!field) return kMissing;
+  const DOMElement* const counts = FirstChild(element, u"Counts");
+  if (!counts) return kNoChild;
+  AssignUTF8(field, name);
+  return ReadTotal(*counts, total);
 }
 
 /// A statistic that is absent is missing; false for one that is no number.
@@ -114,20 +124,18 @@ RQStatus RQPMMLParser::FillUniStats(RQUniStats& stats, const DOMElement*& cursor
   cursor = cursor ? NextSibling(*cursor, kUnivariateStats)
                   : ChildOf(FirstChild(*fModelElement, u"ModelStats"), kUnivariateStats);
   if (!cursor) return {};
-  const XMLCh* const field = AttributeOf(*cursor, u"field");
-  if (!field) return kMissing;
-  const DOMElement* const counts = FirstChild(*cursor, u"Counts");
-  if (!counts) return kNoChild;
+  std::string name;
   double total = 0;
-  if (const RQStatus status = ReadTotal(*counts, total); !status.IsOK()) return status;
-  RQUniStats result = stats;
+  if (const RQStatus status = ReadHead(*cursor, name, total); !status.IsOK()) return status;
   const bool continuous = FirstChild(*cursor, u"NumericInfo") != nullptr;
-  const std::string name = ToUTF8(field);
+  RQUniStats result;
   const RQStatus status =
       continuous ? FillUniStatsCont(result, name, total, *cursor) : FillUniStatsCat(result, name, total, *cursor);
   if (!status.IsOK()) return status;
-  if (!result.IsValid()) return kInvalid;
-  stats = std::move(result);
+  // A total that was read is not missing: where it is, nothing was built, and the caller's object is judged.
+  const bool built = IsGiven(result.GetTotalFrequency());
+  if (!(built ? result : stats).IsValid()) return kInvalid;
+  if (built) stats = std::move(result);
   return {};
 }
 
@@ -178,7 +186,8 @@ RQStatus RQPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints, std::v
   frequencies.clear();
   openAtLeft = true;
   CutPoints collected(cutPoints);
-  for (auto* interval = FirstChild(contStats, kInterval); interval; interval = NextSibling(*interval, kInterval)) {
+  for (auto* interval = FirstChild(contStats, Names::kInterval); interval;
+       interval = NextSibling(*interval, Names::kInterval)) {
     if (collected.IsOpenAbove()) return kContradiction;
     double left = 0;
     double right = 0;
@@ -200,8 +209,8 @@ RQStatus RQPMMLParser::ExtractInterval(double& left, double& right, bool& openAt
                                        const DOMElement& interval) const {
   left = RQMV::gMissingValue;
   right = RQMV::gMissingValue;
-  if (ReadDoubleAttribute(interval, u"leftMargin", left) == RQXNumberAttribute::Bad) return kBad;
-  switch (ReadDoubleAttribute(interval, u"rightMargin", right)) {
+  if (ReadDoubleAttribute(interval, Names::kLeftMargin, left) == RQXNumberAttribute::Bad) return kBad;
+  switch (ReadDoubleAttribute(interval, Names::kRightMargin, right)) {
     case RQXNumberAttribute::Bad:
       return kBad;
     case RQXNumberAttribute::Good:
