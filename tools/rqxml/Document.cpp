@@ -200,18 +200,25 @@ RQStatus DocumentParser::ParseToDOM(std::istream& in) {
   fBuildTask = nullptr;
   const RQStatus status = RQSettingsParser::ParseToDOM(in);
   if (!status.IsOK() && status.GetCode() != RQXPrsUtil::NoParameters) return status;
-  fBuildTask = RQXPrsUtil::GetFirstChildElmt(*fRootElement, "MiningBuildTask");
+  if (status.IsOK() || !fForgiving) fBuildTask = RQXPrsUtil::GetFirstChildElmt(*fRootElement, "MiningBuildTask");
   if (fBuildTask == nullptr) fStatus = RQStatus();
   return fStatus;
 }
 
-Document ReadDocument(InputFile& input) {
-  auto parser = std::make_unique<DocumentParser>();
+Document Read(InputFile& input, std::unique_ptr<DocumentParser> parser) {
   const RQStatus status = Parse(*parser, input);
   input.RequireWhole();
   if (!status.IsOK()) throw RefusedDocument(input, *parser, status);
   const DocumentKind kind = parser->GetBuildTask() == nullptr ? DocumentKind::Pmml : DocumentKind::Settings;
   return {kind, std::move(parser)};
+}
+
+Document ReadDocument(InputFile& input) { return Read(input, std::make_unique<DocumentParser>()); }
+
+Document ReadModelDocument(InputFile& input) {
+  auto parser = std::make_unique<DocumentParser>();
+  parser->ForgiveMissingParameters();
+  return Read(input, std::move(parser));
 }
 
 Document ReadSettings(InputFile& input) {

@@ -34,7 +34,11 @@ class DocumentParser : public RQXPrsUtil::RQSettingsParser {
   /// The first "MiningBuildTask" below the document element of the parsed document, or null.
   const xercesc::DOMElement* GetBuildTask() const { return fBuildTask; }
 
+  /// Takes a build task without parameters for good too: such a document is read as if it had no build task.
+  void ForgiveMissingParameters() { fForgiving = true; }
+
  private:
+  bool fForgiving = false;
   const xercesc::DOMElement* fBuildTask = nullptr;
 };
 
@@ -47,6 +51,10 @@ struct Document {
 /// Reads the document that `input` holds. This is the one place that decides which kind of document it is.
 /// @throws Failure when it cannot be read (FileFailed) or is refused (Refused)
 Document ReadDocument(InputFile& input);
+
+/// Reads the document that `input` holds for its models, whatever the state of its build task.
+/// @throws Failure as ReadDocument does
+Document ReadModelDocument(InputFile& input);
 
 /// Reads the settings document that `input` holds.
 /// @throws Failure as ReadDocument does, and for a document of another kind (Refused)

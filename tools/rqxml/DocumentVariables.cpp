@@ -1,11 +1,56 @@
 #include "DocumentVariables.h"
 
-#include "Failure.h"
+#include <algorithm>
+#include <optional>
+#include <unordered_set>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "ElementPlace.h"
 #include "FieldFailure.h"
+#include "FieldStatistics.h"
+#include "rqxml/xml/RQXMLUtil.h"
 
 namespace rqtool {
 
 using RQMTD_NAMESPACE::RQVarList;
+
+namespace {
+
+using FieldNames = std::vector<std::optional<std::string>>;
+
+// Each bad field costs another walk over all fields.
+constexpr std::size_t kMostProblems = 10;
+
+FieldNames NamesOf(const Document& document) {
+  FieldNames names;
+  const auto* const dictionary = ChildOf(document.parser->GetRootElement(), "DataDictionary");
+  const xercesc::DOMElement* field = ChildOf(dictionary, "DataField");
+  for (; field != nullptr; field = RQXPrsUtil::GetNextSiblingElmt(*field, "DataField")) {
+    names.push_back(Attribute(*field, "name"));
+  }
+  return names;
+}
+
+// The position of the field that stands behind `passed` others that pass the filter; the end when that field has no
+// name, since nothing behind it is ever read.
+std::size_t FindStop(const FieldNames& names, const std::unordered_set<std::string>& filter, int passed) {
+  for (std::size_t i = 0; i < names.size() && names[i]; ++i) {
+    if (filter.count(*names[i]) > 0 && passed-- == 0) return i;
+  }
+  return names.size();
+}
+
+// The names behind `stop` that no field up to it has.
+std::vector<std::string> NamesBehind(const FieldNames& names, std::size_t stop) {
+  std::unordered_set<std::string> seen;
+  std::vector<std::string> behind;
+  for (std::size_t i = 0; i < names.size() && names[i]; ++i) {
+    if (seen.insert(*names[i]).second && i > stop) behind.push_back(*names[i]);
+  }
+  return behind;
+}
+
+}  // namespace
 
 std::unique_ptr<RQVarList> ReadVariables(InputFile& input, const Document& document,
                                          const std::vector<std::string>& names, bool bins) {
@@ -16,6 +61,31 @@ std::unique_ptr<RQVarList> ReadVariables(InputFile& input, const Document& docum
       settings ? document.parser->FillVarList(*list, bins) : document.parser->FillVarList(*list, filter, bins);
   if (!status.IsOK()) throw FieldFailure(input, document, FieldKind::Data, status, filter, list->Size());
   return list;
+}
+
+ReadableVariables ReadReadableVariables(InputFile& input, const Document& document) {
+  ReadableVariables variables{std::make_unique<RQVarList>(), {}};
+  if (document.kind == DocumentKind::Settings) {
+    const RQCommon::RQStatus status = document.parser->FillVarList(*variables.list, false);
+    if (status.IsOK()) return variables;
+    variables.problems.push_back(
+        FieldFailure(input, document, FieldKind::Data, status, {}, variables.list->Size()).GetProblem());
+    return variables;
+  }
+  const FieldNames names = NamesOf(document);
+  std::vector<std::string> filter;  // all fields at first
+  for (;;) {
+    const int before = variables.list->Size();
+    const RQCommon::RQStatus status = document.parser->FillVarList(*variables.list, filter, false);
+    if (status.IsOK()) return variables;
+    const int added = variables.list->Size() - before;
+    variables.problems.push_back(FieldFailure(input, document, FieldKind::Data, status, filter, added).GetProblem());
+    const std::size_t stop =
+        filter.empty() ? static_cast<std::size_t>(added) : FindStop(names, {filter.begin(), filter.end()}, added);
+    if (stop >= names.size() || !names[stop] || variables.problems.size() >= kMostProblems) return variables;
+    filter = NamesBehind(names, stop);
+    if (filter.empty()) return variables;
+  }
 }
 
 std::unique_ptr<RQVarList> ReadDerivedVariables(InputFile& input, const Document& document) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Document.h"
+#include "Failure.h"
 #include "InputFile.h"
 #include "rqxml/common/RQVarList.h"
 
@@ -18,6 +19,15 @@ namespace rqtool {
 /// @throws Failure (Refused) that tells which field is at fault
 std::unique_ptr<RQMTD_NAMESPACE::RQVarList> ReadVariables(InputFile& input, const Document& document,
                                                           const std::vector<std::string>& names, bool bins);
+
+/// The variables that can be read, and what is wrong with the fields that cannot.
+struct ReadableVariables {
+  std::unique_ptr<RQMTD_NAMESPACE::RQVarList> list;
+  std::vector<Problem> problems;  ///< ends early where many fields are bad
+};
+
+/// The variables of the document's data fields, as far as they can be read.
+ReadableVariables ReadReadableVariables(InputFile& input, const Document& document);
 
 /// The variables of the document's derived fields; only settings documents give them.
 /// @throws Failure (Refused) for a document of another kind, and as ReadVariables does
