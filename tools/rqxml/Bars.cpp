@@ -92,7 +92,7 @@ std::vector<std::string> SummaryTexts(const FieldStatistics& field) {
 
 std::string LenienceText(const FieldStatistics& field) {
   if (!field.lenient) return {};
-  return field.continuous ? "read leniently: there is no \"ContStats\", and so no histogram"
+  return field.continuous ? "read leniently: no \"ContStats\", so no histogram"
                           : "read leniently: texts stand before the counts";
 }
 

@@ -19,20 +19,20 @@ namespace rqtool {
 namespace {
 
 // All lengths in units of the picture: 1 is a pixel where nothing scales it.
-constexpr double kWidth = 460;
+constexpr double kWidth = 380;
 constexpr double kMargin = 10;
 constexpr std::size_t kMostBars = 40;
-constexpr std::size_t kLongestLabel = 24;  // columns
-constexpr std::size_t kLongestTitle = 52;  // columns
-constexpr std::size_t kLongestLine = 66;   // columns
+constexpr std::size_t kLongestLabel = 20;  // columns, as the next two
+constexpr std::size_t kLongestTitle = 36;
+constexpr std::size_t kLongestLine = 52;
 
 constexpr std::string_view kColours =
     "svg.f{--ink:#1b1f24;--soft:#59636e;--line:#d5dae0;--bar:#2f6fab;--band:#a9c9e8;--back:#fff}"
     "@media(prefers-color-scheme:dark){svg.f{--ink:#e8edf2;--soft:#9da7b3;--line:#39424d;--bar:#6cabe4;--band:#2d4f70;"
     "--back:#14181d}}";
 constexpr std::string_view kRules =
-    "svg.f text{font:12px system-ui,'DejaVu Sans',Arial,sans-serif;fill:var(--ink)}"
-    "svg.f .t{font-size:15px;font-weight:600}svg.f .s{fill:var(--soft);font-size:11px}"
+    "svg.f text{font:13px system-ui,'DejaVu Sans',Arial,sans-serif;fill:var(--ink)}"
+    "svg.f .t{font-size:16px;font-weight:600}svg.f .s{fill:var(--soft);font-size:12px}"
     "svg.f .e{text-anchor:end}svg.f .m{text-anchor:middle}"
     "svg.f .b{fill:var(--bar)}svg.f .a{fill:var(--band)}svg.f .l{stroke:var(--line);stroke-width:1}"
     "svg.f .k{fill:var(--back)}";
@@ -45,9 +45,9 @@ std::string Length(double value) {
 
 // An estimate on the large side: the fonts that a picture is shown with are not known.
 double TextWidth(std::string_view text) {
-  constexpr double kWide = 8.8;
-  constexpr double kUsual = 7.2;
-  constexpr double kNarrow = 4.6;
+  constexpr double kWide = 9.4;
+  constexpr double kUsual = 7.8;
+  constexpr double kNarrow = 4.9;
   double width = 0;
   for (const char c : text) {
     if (static_cast<unsigned char>(c) >= 0x80) continue;
@@ -127,7 +127,7 @@ std::string BoundLabels(const std::vector<double>& bounds, double left, double s
 }
 
 Drawing DrawColumns(const FieldStatistics& field) {
-  constexpr double kHeight = 170;
+  constexpr double kHeight = 150;
   constexpr double kTop = 8;
   constexpr double kLabels = 22;
   const std::vector<Bar> bars = MakeBars(field);
@@ -155,7 +155,7 @@ Drawing DrawColumns(const FieldStatistics& field) {
 }
 
 Drawing DrawRows(const FieldStatistics& field) {
-  constexpr double kRow = 22;
+  constexpr double kRow = 24;
   const std::vector<Bar> bars = MakeBars(field);
   const std::size_t shown = std::min(bars.size(), kMostBars);
   double labels = 0;
@@ -170,12 +170,12 @@ Drawing DrawRows(const FieldStatistics& field) {
   double y = 0;
   for (std::size_t i = 0; i < shown; ++i, y += kRow) {
     const double width = Seen(bars[i].length, room);
-    text += Text(left - 8, y + 15, "e", CutToWidth(bars[i].label, kLongestLabel)) +
+    text += Text(left - 8, y + 16, "e", CutToWidth(bars[i].label, kLongestLabel)) +
             Rectangle(left, y + 3, width, kRow - 6, "b", Told(bars[i])) +
-            Text(left + width + 6, y + 15, "s", Figures(bars[i]));
+            Text(left + width + 6, y + 16, "s", Figures(bars[i]));
   }
   if (shown == bars.size()) return {text, y};
-  return {text + Text(left, y + 15, "s", "\u2026 and " + std::to_string(bars.size() - shown) + " more"), y + kRow};
+  return {text + Text(left, y + 16, "s", "\u2026 and " + std::to_string(bars.size() - shown) + " more"), y + kRow};
 }
 
 Drawing DrawSpread(const FieldStatistics& field, const Spread& spread) {
@@ -207,20 +207,31 @@ std::optional<Drawing> Draw(const FieldStatistics& field) {
   return DrawSpread(field, *spread);
 }
 
-std::string Join(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
-  return joined;
+// `texts` with commas between them, on as many lines as they need.
+std::vector<std::string> Wrap(const std::vector<std::string>& texts) {
+  std::vector<std::string> lines;
+  for (const std::string& text : texts) {
+    const bool fits = !lines.empty() && DisplayWidth(lines.back()) + 2 + DisplayWidth(text) <= kLongestLine;
+    if (fits) {
+      lines.back() += ", " + text;
+    } else {
+      lines.push_back(CutToWidth(text, kLongestLine));
+    }
+  }
+  return lines;
 }
 
 // Title and figures, for a picture that stands alone.
 Drawing DrawHead(const FieldStatistics& field) {
   double y = 26;
   std::string text = Text(kMargin, y, "t", CutToWidth(FieldTitle(field), kLongestTitle));
-  for (const std::string& line : {Join(CaseTexts(field)), Join(SummaryTexts(field)), LenienceText(field)}) {
-    if (line.empty()) continue;
-    y += 17;
-    text += Text(kMargin, y, "s", CutToWidth(line, kLongestLine));
+  const std::string lenience = LenienceText(field);
+  const std::vector<std::string> last(lenience.empty() ? 0 : 1, lenience);
+  for (const std::vector<std::string>& texts : {CaseTexts(field), SummaryTexts(field), last}) {
+    for (const std::string& line : Wrap(texts)) {
+      y += 17;
+      text += Text(kMargin, y, "s", line);
+    }
   }
   return {text, y + 16};
 }

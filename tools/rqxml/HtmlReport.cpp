@@ -37,7 +37,7 @@ constexpr std::string_view kStyle =
     "td:last-child{min-width:12rem}table.counts td:last-child{min-width:0}"
     ".cards{display:grid;grid-template-columns:repeat(auto-fill,minmax(min(100%,26rem),1fr));gap:1rem}"
     ".card{padding:1rem;border:1px solid var(--rule);border-radius:.5rem;background:var(--card);min-width:0}"
-    ".card svg{display:block;width:100%;max-width:34rem;height:auto;margin:.5rem 0}"
+    ".card svg{display:block;width:100%;max-width:28rem;height:auto;margin:.5rem 0}"
     "summary{cursor:pointer;color:var(--dim);font-size:.875rem}"
     "@media print{.card{break-inside:avoid}}";
 
