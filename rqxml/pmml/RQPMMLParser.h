@@ -71,7 +71,9 @@ class RQ_API RQPMMLParser {
   /// Reads the statistics of the next field of the chosen model: those of the first "UnivariateStats" of its
   /// "ModelStats" when `cursor` is null, else those of the next one behind it. A field with "NumericInfo" is
   /// continuous, any other categorical.
-  /// @param stats  receives the statistics; after any status but OK, and when there is no further field, as it was
+  /// @param stats  receives the statistics; after any status but OK, and when there is no further field, as it was. A
+  ///   field with "NumericInfo" but without "ContStats" leaves it as it was too, and gives OK when it is valid: take a
+  ///   new object for each field.
   /// @param cursor moves to the element that was read, also when reading it fails, so that the next call goes on
   ///   behind it; null when there is no further field. Start with null; valid as long as the document.
   /// @return OK; the status of the last parse when that is not OK; 107 without a document; 112 without a model
