@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "DataModelFailure.h"
 #include "ElementPlace.h"
 #include "FieldFailure.h"
 #include "FieldStatistics.h"
@@ -63,6 +64,15 @@ std::unique_ptr<RQVarList> ReadVariables(InputFile& input, const Document& docum
   return list;
 }
 
+std::unique_ptr<RQVarList> ReadDataModelVariables(InputFile& input, const Document& document,
+                                                  const DataModelOptions& options) {
+  auto list = std::make_unique<RQVarList>();
+  const RQCommon::RQStatus status =
+      document.dataModel->FillVarList(*list, options.fieldRoles, options.flag, options.count);
+  if (!status.IsOK()) throw DataModelFailure(input, status, list->Size());
+  return list;
+}
+
 ReadableVariables ReadReadableVariables(InputFile& input, const Document& document) {
   ReadableVariables variables{std::make_unique<RQVarList>(), {}};
   if (document.kind == DocumentKind::Settings) {
@@ -91,7 +101,10 @@ ReadableVariables ReadReadableVariables(InputFile& input, const Document& docume
 std::unique_ptr<RQVarList> ReadDerivedVariables(InputFile& input, const Document& document) {
   if (document.kind != DocumentKind::Settings) {
     throw Failure(ExitCode::Refused, {.file = input.GetDisplayName(),
-                                      .what = "a PMML document without \"MiningBuildTask\" gives no derived variables",
+                                      .what = std::string(document.kind == DocumentKind::DataModel
+                                                              ? "a data-model document"
+                                                              : "a PMML document without \"MiningBuildTask\"") +
+                                              " gives no derived variables",
                                       .hint = "leave out --derived: only settings documents have them"});
   }
   auto list = std::make_unique<RQVarList>();
