@@ -26,7 +26,10 @@ std::string IntervalText(const Interval& interval) {
 
 std::string Label(const FieldStatistics& field, std::size_t index) {
   if (index < field.intervals.size()) return IntervalText(field.intervals[index]);
-  if (index < field.categories.size()) return ItemText(field.categories[index]);
+  if (index < field.categories.size()) {
+    const std::string& label = field.labels[index];
+    return ItemText(field.categories[index]) + (label.empty() ? "" : " = " + ItemText(label));
+  }
   return "#" + std::to_string(index + 1);
 }
 
@@ -77,6 +80,10 @@ std::vector<std::string> CaseTexts(const FieldStatistics& field) {
   }
   if (field.missing) AddStatistic(texts, "missing", *field.missing, ShortNumberText);
   if (field.invalid) AddStatistic(texts, "invalid", *field.invalid, ShortNumberText);
+  if (field.texts > 0 && field.categories.empty()) {
+    texts.push_back(std::to_string(field.texts) + " category texts for " +
+                    std::to_string(field.stats.GetFrequencies().size()) + " counts");
+  }
   return texts;
 }
 

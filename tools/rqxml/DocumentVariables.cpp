@@ -10,6 +10,7 @@
 #include "FieldFailure.h"
 #include "FieldStatistics.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "rqxml/xml/RQXStatusCodes.h"
 
 namespace rqtool {
 
@@ -51,6 +52,33 @@ std::vector<std::string> NamesBehind(const FieldNames& names, std::size_t stop) 
   return behind;
 }
 
+// A name that a field before it has is in no filter behind that field: what is wrong with it is told here.
+void TellDuplicates(const InputFile& input, const FieldNames& names, const std::unordered_set<std::size_t>& told,
+                    std::vector<Problem>& problems) {
+  std::unordered_set<std::string> seen;
+  for (std::size_t i = 0; i < names.size() && names[i] && problems.size() < kMostProblems; ++i) {
+    if (seen.insert(*names[i]).second || told.count(i) > 0) continue;
+    problems.push_back({.file = input.GetDisplayName(),
+                        .element = "DataField \"" + *names[i] + '"',
+                        .what = "a field before it has the same name",
+                        .status = RQXPrsUtil::VariableRefused});
+  }
+}
+
+// The status of reading the fields that pass `filter`, and how many were read.
+struct Reading {
+  RQCommon::RQStatus status;
+  int added;
+};
+
+Reading ReadSome(const Document& document, const std::vector<std::string>& filter, RQVarList& list) {
+  const int before = list.Size();
+  const RQCommon::RQStatus status = document.kind == DocumentKind::Settings
+                                        ? document.parser->FillVarList(list, false)
+                                        : document.parser->FillVarList(list, filter, false);
+  return {status, list.Size() - before};
+}
+
 }  // namespace
 
 std::unique_ptr<RQVarList> ReadVariables(InputFile& input, const Document& document,
@@ -75,27 +103,22 @@ std::unique_ptr<RQVarList> ReadDataModelVariables(InputFile& input, const Docume
 
 ReadableVariables ReadReadableVariables(InputFile& input, const Document& document) {
   ReadableVariables variables{std::make_unique<RQVarList>(), {}};
-  if (document.kind == DocumentKind::Settings) {
-    const RQCommon::RQStatus status = document.parser->FillVarList(*variables.list, false);
-    if (status.IsOK()) return variables;
-    variables.problems.push_back(
-        FieldFailure(input, document, FieldKind::Data, status, {}, variables.list->Size()).GetProblem());
-    return variables;
-  }
   const FieldNames names = NamesOf(document);
+  std::unordered_set<std::size_t> stops;
   std::vector<std::string> filter;  // all fields at first
-  for (;;) {
-    const int before = variables.list->Size();
-    const RQCommon::RQStatus status = document.parser->FillVarList(*variables.list, filter, false);
-    if (status.IsOK()) return variables;
-    const int added = variables.list->Size() - before;
+  do {
+    const auto [status, added] = ReadSome(document, filter, *variables.list);
+    if (status.IsOK()) break;
     variables.problems.push_back(FieldFailure(input, document, FieldKind::Data, status, filter, added).GetProblem());
     const std::size_t stop =
         filter.empty() ? static_cast<std::size_t>(added) : FindStop(names, {filter.begin(), filter.end()}, added);
-    if (stop >= names.size() || !names[stop] || variables.problems.size() >= kMostProblems) return variables;
+    // All fields of a settings document are read, or none behind a bad one.
+    if (document.kind == DocumentKind::Settings || stop >= names.size() || !names[stop]) break;
+    stops.insert(stop);
     filter = NamesBehind(names, stop);
-    if (filter.empty()) return variables;
-  }
+  } while (!filter.empty() && variables.problems.size() < kMostProblems);
+  if (!stops.empty()) TellDuplicates(input, names, stops, variables.problems);
+  return variables;
 }
 
 std::unique_ptr<RQVarList> ReadDerivedVariables(InputFile& input, const Document& document) {

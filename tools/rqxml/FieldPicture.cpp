@@ -225,6 +225,10 @@ std::vector<std::string> Wrap(const std::vector<std::string>& texts) {
 Drawing DrawHead(const FieldStatistics& field) {
   double y = 26;
   std::string text = Text(kMargin, y, "t", CutToWidth(FieldTitle(field), kLongestTitle));
+  if (!field.label.empty()) {
+    y += 18;
+    text += Text(kMargin, y, "", CutToWidth(field.label, kLongestLine));
+  }
   const std::string lenience = LenienceText(field);
   const std::vector<std::string> last(lenience.empty() ? 0 : 1, lenience);
   for (const std::vector<std::string>& texts : {CaseTexts(field), SummaryTexts(field), last}) {

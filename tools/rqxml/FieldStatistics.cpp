@@ -43,27 +43,37 @@ std::vector<std::string> TextsOf(const DOMElement& element) {
   return {};
 }
 
-std::vector<std::string> ValidValuesOf(const DOMElement& dataField) {
-  std::vector<std::string> values;
-  const DOMElement* value = ChildOf(&dataField, "Value");
+// The valid values of a data field with their labels.
+using Values = std::vector<std::pair<std::string, std::string>>;
+
+Values ValidValuesOf(const DOMElement* dataField) {
+  Values values;
+  const DOMElement* value = ChildOf(dataField, "Value");
   for (; value != nullptr; value = xml::GetNextSiblingElmt(*value, "Value")) {
     if (Attribute(*value, "property").value_or("valid") != "valid") continue;
-    if (auto text = Attribute(*value, "value")) values.push_back(std::move(*text));
+    if (auto text = Attribute(*value, "value")) {
+      values.emplace_back(std::move(*text), Attribute(*value, "displayValue").value_or(""));
+    }
   }
   return values;
 }
 
 // Counts without texts of their own follow the values of the data dictionary. Texts that are more or fewer than the
 // counts are of no use.
-std::vector<std::string> Categories(const FieldStatistics& field, const FieldElements& dataFields) {
+void NameCategories(FieldStatistics& field, const Values& values) {
   const std::size_t count = field.stats.GetFrequencies().size();
   std::vector<std::string> texts = TextsOf(*field.element);
+  field.texts = texts.size();
   if (texts.empty()) {
-    const auto found = dataFields.find(*field.field);
-    if (found != dataFields.end()) texts = ValidValuesOf(*found->second);
+    for (const auto& [value, label] : values) texts.push_back(value);
   }
-  if (texts.size() != count) texts.clear();
-  return texts;
+  if (texts.size() != count) return;
+  const std::unordered_map<std::string, std::string> labels(values.begin(), values.end());
+  for (const std::string& text : texts) {
+    const auto found = labels.find(text);
+    field.labels.push_back(found == labels.end() ? std::string() : found->second);
+  }
+  field.categories = std::move(texts);
 }
 
 double Margin(const DOMElement& interval, const char* name) {
@@ -111,11 +121,14 @@ void Describe(FieldStatistics& field, const FieldElements& dataFields) {
   field.continuous = ChildOf(field.element, "NumericInfo") != nullptr;
   field.missing = Number(counts, "missingFreq");
   field.invalid = Number(counts, "invalidFreq");
+  const auto found = dataFields.find(field.field.value_or(""));
+  const DOMElement* const dataField = found == dataFields.end() ? nullptr : found->second;
+  if (dataField != nullptr) field.label = Attribute(*dataField, "displayName").value_or("");
   if (!field.status.IsOK()) return;
   if (field.continuous) {
     field.intervals = ReadIntervals(*field.element);
   } else {
-    field.categories = Categories(field, dataFields);
+    NameCategories(field, ValidValuesOf(dataField));
   }
 }
 

@@ -1,6 +1,7 @@
 #ifndef RQXML_TOOLS_FIELDSTATISTICS_H
 #define RQXML_TOOLS_FIELDSTATISTICS_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,7 +34,10 @@ struct FieldStatistics {
   bool lenient = false;                 ///< and was used
   std::optional<double> missing;        ///< cases without a value, where the document tells
   std::optional<double> invalid;        ///< cases with an invalid value, where the document tells
+  std::string label;                    ///< of the field, from the data dictionary; may be empty
   std::vector<std::string> categories;  ///< one text for each frequency of a categorical field, or none
+  std::vector<std::string> labels;      ///< one for each category, from the data dictionary; may be empty
+  std::size_t texts = 0;                ///< how many category texts stand beside the frequencies
   std::vector<Interval> intervals;      ///< one for each frequency of a continuous field
 };
 

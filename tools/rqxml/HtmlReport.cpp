@@ -101,7 +101,7 @@ std::string CountsMarkup(const FieldStatistics& field) {
 
 std::string FieldMarkup(const ReportedField& reported) {
   const FieldStatistics& field = reported.statistics;
-  std::string text = Element("h3", "", MarkupText(FieldTitle(field)));
+  std::string text = Element("h3", "", MarkupText(FieldTitle(field))) + Paragraph("", field.label);
   if (reported.problem) {
     return Element("section", "card", text + Paragraph("small dim", "not read") + ProblemMarkup(*reported.problem));
   }

@@ -1,10 +1,15 @@
 #include "StatisticsFault.h"
 
+#include <charconv>
+#include <cmath>
 #include <functional>
+#include <string_view>
+#include <system_error>
 #include <utility>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "ElementPlace.h"
+#include "TextArray.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 
@@ -120,6 +125,48 @@ Fault MissingElement(const FieldStatistics& field) {
                           : "its \"DiscrStats\" has no \"Array\" of counts";
 }
 
+bool IsCount(std::string_view text) {
+  if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+  double value = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, value);
+  return error == std::errc() && stop == end && std::isfinite(value) && value >= 0;
+}
+
+Fault BadCounts(const DOMElement* array) {
+  if (array == nullptr) return std::nullopt;
+  for (const std::string& text : SplitTextArray(xml::ToUTF8(array->getTextContent()))) {
+    if (!IsCount(text)) return "the \"Array\" of counts holds \"" + text + "\", no finite number of zero or above";
+  }
+  return "the text of the \"Array\" of counts is broken up by other markup";
+}
+
+bool IsOpenAtLeft(const DOMElement& interval) {
+  const std::string closure = Attribute(interval, "closure").value_or("");
+  return closure == "openOpen" || closure == "openClosed";
+}
+
+// What is wrong with `interval` behind the interval `before`; both are good on their own.
+Fault Contradiction(const DOMElement& before, const DOMElement& interval) {
+  const auto end = Number(before, "rightMargin");
+  const auto begin = Number(interval, "leftMargin");
+  if (!end) return "the interval before it is open above";
+  if (IsOpenAtLeft(before) != IsOpenAtLeft(interval)) return "it is closed on another side than those before it";
+  if (!begin) return "it has no left margin, and is not the first";
+  if (*begin < *end) return "it begins before the end of the interval before it";
+  return std::nullopt;
+}
+
+Fault BadIntervals(const FieldStatistics& field) {
+  const DOMElement* before = nullptr;
+  const auto fault = FirstBadInterval(field, [&before](const DOMElement& interval) {
+    const Fault found = before == nullptr ? std::nullopt : Contradiction(*before, interval);
+    before = &interval;
+    return found;
+  });
+  return fault ? fault : Fault("there is not one count for each interval and each gap between intervals");
+}
+
 Fault BadStatistics(const FieldStatistics& field) {
   if (field.field && field.field->empty()) return "the name of the field is empty";
   const DOMElement* const info = ChildOf(field.element, "NumericInfo");
@@ -143,10 +190,9 @@ Fault FindFault(const FieldStatistics& field) {
     case xml::ElementMissing:
       return MissingElement(field);
     case xml::BadFrequencies:
-      return "the \"Array\" of counts holds what is no finite number of zero or above, or is broken up";
+      return BadCounts(CountsArray(field));
     case xml::BadIntervals:
-      return "the intervals overlap, descend, have gaps at open ends or different closures, or are not as many as "
-             "the counts";
+      return BadIntervals(field);
     case xml::BadStatistics:
       return BadStatistics(field);
     default:

@@ -37,6 +37,7 @@ Json FieldToJson(const ReportedField& reported) {
   json["cutPoints"] = JsonNumbers(field.stats.GetCutPoints());
   json["frequencies"] = JsonNumbers(field.stats.GetFrequencies());
   json["categories"] = field.categories;
+  json["labels"] = field.labels;
   json["closures"] = ClosuresToJson(field);
   json["missingFrequency"] = NumberOrNull(field.missing);
   json["invalidFrequency"] = NumberOrNull(field.invalid);
