@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <sstream>
@@ -77,15 +76,6 @@ std::string DocumentPath(const std::string& name) {
   return std::filesystem::exists(own) ? own : std::string(RQXML_EXAMPLES_DIR) + "/datamodel/" + name + ".xml";
 }
 
-std::vector<std::string> DocumentNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(DataFile("datamodel"))) {
-    if (entry.path().extension() == ".expected") names.push_back(entry.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 class DataModelDocument : public rqtest::WithPlatform, public ::testing::WithParamInterface<std::string> {
  protected:
   /// All blocks, each from a parser of its own that `prepare` has seen before.
@@ -135,7 +125,7 @@ TEST_P(DataModelDocument, GivesTheSameAfterItWasReadFromItsFileAndWritten) {
   EXPECT_EQ(DescribeAll(ReadFile(folder.File("written.xml")), [](RQDataModelParser&) {}), expected_);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, DataModelDocument, ::testing::ValuesIn(DocumentNames()),
+INSTANTIATE_TEST_SUITE_P(Each, DataModelDocument, ::testing::ValuesIn(rqtest::DataFileNames("datamodel", ".expected")),
                          [](const ::testing::TestParamInfo<std::string>& row) { return row.param; });
 
 }  // namespace

@@ -8,22 +8,14 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "tests/support/datamodel.h"
+#include "tests/support/megabyte.h"
 #include "tests/support/platform.h"
 
 namespace {
 
 using rqtest::DataModel;
+using rqtest::MegabyteOf;
 using rqtest::ModelField;
-
-/// Pieces, numbered from zero, up to a megabyte.
-std::string Fill(const std::function<std::string(std::size_t)>& piece) {
-  std::string text;
-  for (std::size_t i = 0; text.size() < 1000000; ++i) text += piece(i);
-  return text;
-}
-std::string Fill(const std::string& piece) {
-  return Fill([&](std::size_t) { return piece; });
-}
 
 const std::string kNumbers = "storage='real' measure='x'";
 const std::string kTexts = "storage='string' measure='x'";
@@ -35,27 +27,28 @@ struct Hostile {
 };
 
 const Hostile kHostile[] = {
-    {"ManyFields", [] { return DataModel(Fill([](std::size_t i) { return ModelField(std::to_string(i), kReal); })); }},
-    {"ManyFieldsOfOneName", [] { return DataModel(Fill(ModelField("v", kReal))); }},
-    {"ManyElementsThatAreNoFields", [] { return DataModel(Fill("<a/>")); }},
-    {"ManyFieldsElements", [] { return "<DataModel>" + Fill("<Fields/>") + "</DataModel>"; }},
-    {"ManyChildrenBeforeTheFields", [] { return "<DataModel>" + Fill("<a/>") + "<Fields/></DataModel>"; }},
+    {"ManyFields",
+     [] { return DataModel(MegabyteOf([](std::size_t i) { return ModelField(std::to_string(i), kReal); })); }},
+    {"ManyFieldsOfOneName", [] { return DataModel(MegabyteOf(ModelField("v", kReal))); }},
+    {"ManyElementsThatAreNoFields", [] { return DataModel(MegabyteOf("<a/>")); }},
+    {"ManyFieldsElements", [] { return "<DataModel>" + MegabyteOf("<Fields/>") + "</DataModel>"; }},
+    {"ManyChildrenBeforeTheFields", [] { return "<DataModel>" + MegabyteOf("<a/>") + "<Fields/></DataModel>"; }},
     {"ManyValues",
-     [] { return DataModel(ModelField("v", kTexts, "<Values>" + Fill("<Value value='1'/>") + "</Values>")); }},
+     [] { return DataModel(ModelField("v", kTexts, "<Values>" + MegabyteOf("<Value value='1'/>") + "</Values>")); }},
     {"ManyValuesThatAreNoNumbers",
-     [] { return DataModel(ModelField("v", kNumbers, "<Values>" + Fill("<Value value='x'/>") + "</Values>")); }},
-    {"ManyValuesElements", [] { return DataModel(ModelField("v", kNumbers, Fill("<Values/>"))); }},
-    {"ManyRanges", [] { return DataModel(ModelField("v", kReal, Fill("<Range minValue='x' maxValue='1'/>"))); }},
-    {"ManyDigits", [] { return DataModel(ModelField("v", kReal, "<Range maxValue='" + Fill("9") + "'/>")); }},
-    {"LongName", [] { return DataModel(ModelField(Fill("a"), kReal)); }},
-    {"LongStorage", [] { return DataModel(ModelField("v", "measure='' storage='" + Fill("real") + "'")); }},
-    {"LongRole", [] { return DataModel(ModelField("v", kReal + " role='" + Fill("input") + "'")); }},
-    {"LongText", [] { return DataModel(Fill("x ")); }},
-    {"ManyComments", [] { return DataModel(Fill("<!---->")); }},
-    {"DeepNesting", [] { return DataModel(Fill("<Fields>")); }},
-    {"UnclosedTags", [] { return Fill("<"); }},
-    {"OnlyZeros", [] { return std::string(1000000, '\0'); }},
-    {"OnlyHighBytes", [] { return std::string(1000000, '\xFF'); }},
+     [] { return DataModel(ModelField("v", kNumbers, "<Values>" + MegabyteOf("<Value value='x'/>") + "</Values>")); }},
+    {"ManyValuesElements", [] { return DataModel(ModelField("v", kNumbers, MegabyteOf("<Values/>"))); }},
+    {"ManyRanges", [] { return DataModel(ModelField("v", kReal, MegabyteOf("<Range minValue='x' maxValue='1'/>"))); }},
+    {"ManyDigits", [] { return DataModel(ModelField("v", kReal, "<Range maxValue='" + MegabyteOf("9") + "'/>")); }},
+    {"LongName", [] { return DataModel(ModelField(MegabyteOf("a"), kReal)); }},
+    {"LongStorage", [] { return DataModel(ModelField("v", "measure='' storage='" + MegabyteOf("real") + "'")); }},
+    {"LongRole", [] { return DataModel(ModelField("v", kReal + " role='" + MegabyteOf("input") + "'")); }},
+    {"LongText", [] { return DataModel(MegabyteOf("x ")); }},
+    {"ManyComments", [] { return DataModel(MegabyteOf("<!---->")); }},
+    {"DeepNesting", [] { return DataModel(MegabyteOf("<Fields>")); }},
+    {"UnclosedTags", [] { return MegabyteOf("<"); }},
+    {"OnlyZeros", [] { return std::string(rqtest::kMegabyte, '\0'); }},
+    {"OnlyHighBytes", [] { return std::string(rqtest::kMegabyte, '\xFF'); }},
 };
 
 class DataModelHostileInput : public rqtest::WithPlatform, public ::testing::WithParamInterface<Hostile> {};

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -37,15 +36,6 @@ std::vector<Request> ReadRequests(const std::string& expected) {
     }
   }
   return requests;
-}
-
-std::vector<std::string> DocumentNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(DataFile("statistics"))) {
-    if (entry.path().extension() == ".expected") names.push_back(entry.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 std::string DocumentPath(const std::string& name) {
@@ -82,7 +72,8 @@ TEST_P(StatisticsDocument, GivesWhatIsExpected) {
   EXPECT_EQ(text, expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, StatisticsDocument, ::testing::ValuesIn(DocumentNames()),
+INSTANTIATE_TEST_SUITE_P(Each, StatisticsDocument,
+                         ::testing::ValuesIn(rqtest::DataFileNames("statistics", ".expected")),
                          [](const ::testing::TestParamInfo<std::string>& row) { return row.param; });
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "tests/support/megabyte.h"
 #include "tests/support/statistics.h"
 
 namespace {
@@ -14,17 +15,8 @@ using rqtest::Discrete;
 using rqtest::Histogram;
 using rqtest::IntArray;
 using rqtest::Interval;
+using rqtest::MegabyteOf;
 using rqtest::Univariate;
-
-/// Pieces, numbered from zero, up to a megabyte.
-std::string Fill(const std::function<std::string(std::size_t)>& piece) {
-  std::string text;
-  for (std::size_t i = 0; text.size() < 1000000; ++i) text += piece(i);
-  return text;
-}
-std::string Fill(const std::string& piece) {
-  return Fill([&](std::size_t) { return piece; });
-}
 
 struct Hostile {
   const char* name;
@@ -32,30 +24,31 @@ struct Hostile {
 };
 
 const Hostile kHostile[] = {
-    {"ManyFields", [] { return Fill(Discrete(IntArray("1"))); }},
-    {"ManyBadFields", [] { return Fill("<UnivariateStats/>"); }},
-    {"ManyElementsBetweenTwoFields", [] { return Discrete("") + Fill("<a/>") + Discrete(""); }},
-    {"ManyChildrenBeforeTheCounts", [] { return "<UnivariateStats field='v'>" + Fill("<a/>") + "</UnivariateStats>"; }},
-    {"ManyCounts", [] { return Discrete(IntArray(Fill("1 "))); }},
-    {"ManyCountsThatTheXmlLibraryReads", [] { return Discrete(IntArray(Fill("+1 "))); }},
-    {"ManyDigits", [] { return Discrete(IntArray(Fill("9"))); }},
-    {"ManyBlanks", [] { return Discrete(IntArray(Fill(" "))); }},
-    {"ManyTextArrays", [] { return Discrete(Fill("<Array type='string'/>") + IntArray("1")); }},
-    {"LongTextArray", [] { return Discrete("<Array type='string'>" + Fill("a ") + "</Array>" + IntArray("1")); }},
+    {"ManyFields", [] { return MegabyteOf(Discrete(IntArray("1"))); }},
+    {"ManyBadFields", [] { return MegabyteOf("<UnivariateStats/>"); }},
+    {"ManyElementsBetweenTwoFields", [] { return Discrete("") + MegabyteOf("<a/>") + Discrete(""); }},
+    {"ManyChildrenBeforeTheCounts",
+     [] { return "<UnivariateStats field='v'>" + MegabyteOf("<a/>") + "</UnivariateStats>"; }},
+    {"ManyCounts", [] { return Discrete(IntArray(MegabyteOf("1 "))); }},
+    {"ManyCountsThatTheXmlLibraryReads", [] { return Discrete(IntArray(MegabyteOf("+1 "))); }},
+    {"ManyDigits", [] { return Discrete(IntArray(MegabyteOf("9"))); }},
+    {"ManyBlanks", [] { return Discrete(IntArray(MegabyteOf(" "))); }},
+    {"ManyTextArrays", [] { return Discrete(MegabyteOf("<Array type='string'/>") + IntArray("1")); }},
+    {"LongTextArray", [] { return Discrete("<Array type='string'>" + MegabyteOf("a ") + "</Array>" + IntArray("1")); }},
     {"ManyIntervals",
      [] {
        std::string counts;
-       const std::string intervals = Fill([&](std::size_t i) {
+       const std::string intervals = MegabyteOf([&](std::size_t i) {
          counts += "1 ";
          return Interval(std::to_string(i), std::to_string(i + 1));
        });
        return Histogram(intervals + IntArray(counts));
      }},
     {"ManyChildrenBetweenIntervals",
-     [] { return Histogram(Interval("0", "1") + Fill("<a/>") + Interval("1", "2") + IntArray("1 2")); }},
-    {"LongClosure", [] { return Histogram(Interval("0", "1", Fill("open"))); }},
-    {"LongName", [] { return "<UnivariateStats field='" + Fill("a") + "'/>"; }},
-    {"ManyNumericInfos", [] { return Univariate(Fill("<NumericInfo mean='x'/>")); }},
+     [] { return Histogram(Interval("0", "1") + MegabyteOf("<a/>") + Interval("1", "2") + IntArray("1 2")); }},
+    {"LongClosure", [] { return Histogram(Interval("0", "1", MegabyteOf("open"))); }},
+    {"LongName", [] { return "<UnivariateStats field='" + MegabyteOf("a") + "'/>"; }},
+    {"ManyNumericInfos", [] { return Univariate(MegabyteOf("<NumericInfo mean='x'/>")); }},
 };
 
 class HostileStatistics : public rqtest::WithStatistics, public ::testing::WithParamInterface<Hostile> {};
