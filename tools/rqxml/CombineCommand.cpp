@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -26,13 +24,6 @@ constexpr const char* kFooter =
     "  rqxml combine -o all.pmml --by region,size n1.pmml=north,1 s1.pmml=south,1\n"
     "or a line of a manifest (RFC 4180) whose first line is file,region,size.\n"
     "What holds a comma or a quote stands in double quotes, each quote twice.\n\n";
-
-bool IsSameFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  if (::stat(a.c_str(), &first) != 0 || ::stat(b.c_str(), &second) != 0) return false;
-  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-}
 
 void RequireFileName(const CombineOptions& options) {
   if (!options.output.empty() && options.output != "-") return;
