@@ -1,6 +1,7 @@
 // Merging the files of splits, against what the XML library alone costs for the same files: a bare parse of each, an
 // import of its root into one document, and one serialisation to a file. Each run is a process of its own, which also
-// tells its peak memory; both sides run alternately, and what counts is the ratio of each pair.
+// tells its peak memory; both sides run alternately, and what counts is the ratio of each pair. Where python3-lxml is
+// there, a plain script that merges the same files is timed too.
 //   rqxml_bench_combiner [--all]                            the table; --all with 5,000 splits and 100 large ones
 //   rqxml_bench_combiner --only floor|subject N KILOBYTES   one side once, for a profiler
 
@@ -135,6 +136,30 @@ Cost InChild(Side side, const Files& files) {
   return cost;
 }
 
+// The milliseconds of the same merge by a script on lxml; 0 where there is none, or more files than a command takes.
+double TimeScript(const Files& files) {
+  std::string command = "/usr/bin/python3 " RQXML_BENCH_DIR "/combine_lxml.py '" + files.Output() + '\'';
+  for (const std::string& file : files.Splits()) command += " '" + file + '\'';
+  command += " 2>/dev/null";
+  constexpr std::size_t kLongestCommand = 120'000;
+  if (command.size() > kLongestCommand) return 0;
+  FILE* const script = popen(command.c_str(), "r");
+  double milliseconds = 0;
+  if (script && std::fscanf(script, "%lf", &milliseconds) != 1) milliseconds = 0;
+  if (script) pclose(script);
+  return milliseconds;
+}
+
+std::string ScriptColumn(const Files& files, double subject) {
+  std::vector<double> times;
+  for (int i = 0; i < 3; ++i) times.push_back(TimeScript(files));
+  const double time = Quantile(times, 0.5);
+  if (time <= 0) return "-";
+  char text[64];
+  std::snprintf(text, sizeof text, "%.1f (%.2f)", time, subject / time);
+  return text;
+}
+
 // Prints a row, and hands out the subject's median time.
 double PrintRow(Size size) {
   const Files files(size);
@@ -156,9 +181,10 @@ double PrintRow(Size size) {
   const double time = Quantile(subjects, 0.5);
   const double floorPeak = Quantile(floorPeaks, 0.5);
   const double subjectPeak = Quantile(subjectPeaks, 0.5);
-  std::printf("| %d x %zu KB | %.1f | %.1f | %.3f | %.3f | %.3f | %.1f | %.1f | %.3f |\n", size.splits, size.kilobytes,
-              Quantile(floors, 0.5), time, Quantile(ratios, 0.5), Quantile(ratios, 0.25), Quantile(ratios, 0.75),
-              floorPeak / 1e6, subjectPeak / 1e6, subjectPeak / floorPeak);
+  std::printf("| %d x %zu KB | %.1f | %.1f | %.3f | %.3f | %.3f | %.1f | %.1f | %.3f | %s |\n", size.splits,
+              size.kilobytes, Quantile(floors, 0.5), time, Quantile(ratios, 0.5), Quantile(ratios, 0.25),
+              Quantile(ratios, 0.75), floorPeak / 1e6, subjectPeak / 1e6, subjectPeak / floorPeak,
+              ScriptColumn(files, time).c_str());
   std::fflush(stdout);
   return time;
 }
@@ -180,8 +206,8 @@ double Exponent(const std::vector<double>& sizes, const std::vector<double>& tim
 void PrintTable(bool all) {
   std::puts(
       "| splits | floor, ms | combiner, ms | ratio | lower quartile | upper quartile | floor, MB | combiner, MB | "
-      "ratio |");
-  std::puts("|---|---|---|---|---|---|---|---|---|");
+      "ratio | lxml script, ms (combiner / script) |");
+  std::puts("|---|---|---|---|---|---|---|---|---|---|");
   std::vector<double> sizes, times;
   for (const int splits : {10, 100, 1000, 5000}) {
     if (splits > 1000 && !all) break;
