@@ -25,13 +25,9 @@ struct Explanation {
   std::string hint;
 };
 
-const DOMElement* Child(const DOMElement* element, const char* tag) {
-  return element == nullptr ? nullptr : xml::GetFirstChildElmt(*element, tag);
-}
-
 // Each field before the bad one added a variable.
 const DOMElement* FindField(const DOMElement* root, int added) {
-  const DOMElement* field = Child(Child(root, "Fields"), "Field");
+  const DOMElement* field = ChildOf(ChildOf(root, "Fields"), "Field");
   for (; field != nullptr && added > 0; --added) field = xml::GetNextSiblingElmt(*field, "Field");
   return field;
 }
@@ -59,7 +55,7 @@ bool HasFieldBefore(const DOMElement& field, const char* attribute, const std::s
 bool IsRangeUpsideDown(const DOMElement& field) {
   double low = std::numeric_limits<double>::lowest();
   double high = std::numeric_limits<double>::max();
-  const DOMElement* range = Child(&field, "Range");
+  const DOMElement* range = ChildOf(&field, "Range");
   for (; range != nullptr; range = xml::GetNextSiblingElmt(*range, "Range")) {
     xml::GetDoubleAttribute(*range, "minValue", low);
     xml::GetDoubleAttribute(*range, "maxValue", high);

@@ -8,7 +8,6 @@
 #include "DataModelFailure.h"
 #include "ElementPlace.h"
 #include "FieldFailure.h"
-#include "FieldStatistics.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 

@@ -47,4 +47,14 @@ std::optional<std::string> Attribute(const xercesc::DOMElement& element, const c
   return RQXPrsUtil::ToUTF8(value);
 }
 
+std::optional<double> NumberAttribute(const xercesc::DOMElement& element, const char* name) {
+  double value = 0;
+  if (RQXPrsUtil::GetDoubleAttribute(element, name, value) != 0) return std::nullopt;
+  return value;
+}
+
+const xercesc::DOMElement* ChildOf(const xercesc::DOMElement* element, const char* tag) {
+  return element == nullptr ? nullptr : RQXPrsUtil::GetFirstChildElmt(*element, tag);
+}
+
 }  // namespace rqtool

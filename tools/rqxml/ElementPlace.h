@@ -17,6 +17,12 @@ std::optional<Place> PlaceOf(InputFile& input, const xercesc::DOMElement& elemen
 /// The attribute's value in UTF-8; nothing when the element has no such attribute.
 std::optional<std::string> Attribute(const xercesc::DOMElement& element, const char* name);
 
+/// The attribute's value as an XML Schema double; nothing when it is absent or none.
+std::optional<double> NumberAttribute(const xercesc::DOMElement& element, const char* name);
+
+/// The first child element `tag` of `element`, or null; also when `element` is.
+const xercesc::DOMElement* ChildOf(const xercesc::DOMElement* element, const char* tag);
+
 }  // namespace rqtool
 
 #endif

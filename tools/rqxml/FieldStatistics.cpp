@@ -29,12 +29,6 @@ FieldElements DataFields(const DOMElement& root) {
   return fields;
 }
 
-std::optional<double> Number(const DOMElement* element, const char* name) {
-  double value = 0;
-  if (element == nullptr || xml::GetDoubleAttribute(*element, name, value) != 0) return std::nullopt;
-  return value;
-}
-
 std::vector<std::string> TextsOf(const DOMElement& element) {
   const DOMElement* array = ChildOf(ChildOf(&element, "DiscrStats"), "Array");
   for (; array != nullptr; array = xml::GetNextSiblingElmt(*array, "Array")) {
@@ -77,7 +71,7 @@ void NameCategories(FieldStatistics& field, const Values& values) {
 }
 
 double Margin(const DOMElement& interval, const char* name) {
-  return Number(&interval, name).value_or(RQMV::gMissingValue);
+  return NumberAttribute(interval, name).value_or(RQMV::gMissingValue);
 }
 
 std::vector<Interval> ReadIntervals(const DOMElement& element) {
@@ -119,8 +113,10 @@ void Describe(FieldStatistics& field, const FieldElements& dataFields) {
   const DOMElement* const counts = ChildOf(field.element, "Counts");
   field.field = Attribute(*field.element, "field");
   field.continuous = ChildOf(field.element, "NumericInfo") != nullptr;
-  field.missing = Number(counts, "missingFreq");
-  field.invalid = Number(counts, "invalidFreq");
+  if (counts != nullptr) {
+    field.missing = NumberAttribute(*counts, "missingFreq");
+    field.invalid = NumberAttribute(*counts, "invalidFreq");
+  }
   const auto found = dataFields.find(field.field.value_or(""));
   const DOMElement* const dataField = found == dataFields.end() ? nullptr : found->second;
   if (dataField != nullptr) field.label = Attribute(*dataField, "displayName").value_or("");
@@ -151,9 +147,5 @@ std::vector<FieldStatistics> ReadStatistics(const Document& document, const Mode
 }
 
 bool HasStatistics(const Model& model) { return ChildOf(model.element, "ModelStats") != nullptr; }
-
-const DOMElement* ChildOf(const DOMElement* element, const char* tag) {
-  return element == nullptr ? nullptr : xml::GetFirstChildElmt(*element, tag);
-}
 
 }  // namespace rqtool

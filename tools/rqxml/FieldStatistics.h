@@ -53,9 +53,6 @@ std::vector<FieldStatistics> ReadStatistics(const Document& document, const Mode
 /// True when the model has a "ModelStats".
 bool HasStatistics(const Model& model);
 
-/// The first child element `tag` of `element`, or null; also when `element` is.
-const xercesc::DOMElement* ChildOf(const xercesc::DOMElement* element, const char* tag);
-
 }  // namespace rqtool
 
 #endif

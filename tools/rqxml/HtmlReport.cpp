@@ -6,6 +6,7 @@
 #include "FieldPicture.h"
 #include "MarkupText.h"
 #include "TextTable.h"
+#include "ValueText.h"
 #include "VariableSelection.h"
 #include "VariableTable.h"
 
@@ -51,12 +52,6 @@ std::string Paragraph(std::string_view styles, std::string_view text) {
   return text.empty() ? "" : Element("p", styles, MarkupText(text));
 }
 
-std::string Join(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
-  return joined;
-}
-
 std::string Count(std::size_t count, const std::string& what) {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
@@ -76,6 +71,7 @@ std::string VariablesMarkup(const ReadableVariables& variables) {
     rows += Element("tr", "", cells);
   }
   std::string text = Element("h2", "", "Variables");
+  if (variables.list->Size() == 0 && variables.problems.empty()) text += Paragraph("dim", "none");
   if (variables.list->Size() > 0) text += Element("div", "scroll", Element("table", "", rows));
   for (const Problem& problem : variables.problems) {
     Problem told = problem;
@@ -105,8 +101,8 @@ std::string FieldMarkup(const ReportedField& reported) {
   if (reported.problem) {
     return Element("section", "card", text + Paragraph("small dim", "not read") + ProblemMarkup(*reported.problem));
   }
-  text += Paragraph("small dim", (field.continuous ? "continuous, " : "categorical, ") + Join(CaseTexts(field)));
-  text += Paragraph("small", Join(SummaryTexts(field))) + FieldPicture(field, PictureUse::Page);
+  text += Paragraph("small dim", (field.continuous ? "continuous, " : "categorical, ") + JoinTexts(CaseTexts(field)));
+  text += Paragraph("small", JoinTexts(SummaryTexts(field))) + FieldPicture(field, PictureUse::Page);
   text += Paragraph("small dim", LenienceText(field));
   if (!field.stats.GetFrequencies().empty()) text += CountsMarkup(field);
   return Element("section", "card", text);

@@ -28,12 +28,6 @@ bool IsBadNumber(const DOMElement& element, const char* name) {
   return xml::GetDoubleAttribute(element, name, value) == 1;
 }
 
-std::optional<double> Number(const DOMElement& element, const char* name) {
-  double value = 0;
-  if (xml::GetDoubleAttribute(element, name, value) != 0) return std::nullopt;
-  return value;
-}
-
 std::string AttributeText(const DOMElement& element, const char* name) {
   return std::string(name) + "=\"" + Attribute(element, name).value_or("") + '"';
 }
@@ -76,8 +70,8 @@ Fault BadMargin(const DOMElement& interval) {
   for (const char* const name : {"leftMargin", "rightMargin"}) {
     if (IsBadNumber(interval, name)) return AttributeText(interval, name) + " is no finite number";
   }
-  const auto left = Number(interval, "leftMargin");
-  const auto right = Number(interval, "rightMargin");
+  const auto left = NumberAttribute(interval, "leftMargin");
+  const auto right = NumberAttribute(interval, "rightMargin");
   if (left && right && *left >= *right) return "the left margin does not lie below the right margin";
   return std::nullopt;
 }
@@ -108,7 +102,7 @@ Fault BadArray(const DOMElement* array) {
 
 Fault BadValue(const FieldStatistics& field) {
   const DOMElement* const counts = ChildOf(field.element, "Counts");
-  if (counts != nullptr && Number(*counts, "totalFreq").value_or(-1) < 0) {
+  if (counts != nullptr && NumberAttribute(*counts, "totalFreq").value_or(-1) < 0) {
     return "\"Counts\": " + AttributeText(*counts, "totalFreq") + " is no finite number of zero or above";
   }
   if (Fault fault = BadSummary(ChildOf(field.element, "NumericInfo"))) return fault;
@@ -148,8 +142,8 @@ bool IsOpenAtLeft(const DOMElement& interval) {
 
 // What is wrong with `interval` behind the interval `before`; both are good on their own.
 Fault Contradiction(const DOMElement& before, const DOMElement& interval) {
-  const auto end = Number(before, "rightMargin");
-  const auto begin = Number(interval, "leftMargin");
+  const auto end = NumberAttribute(before, "rightMargin");
+  const auto begin = NumberAttribute(interval, "leftMargin");
   if (!end) return "the interval before it is open above";
   if (IsOpenAtLeft(before) != IsOpenAtLeft(interval)) return "it is closed on another side than those before it";
   if (!begin) return "it has no left margin, and is not the first";
@@ -171,11 +165,11 @@ Fault BadStatistics(const FieldStatistics& field) {
   if (field.field && field.field->empty()) return "the name of the field is empty";
   const DOMElement* const info = ChildOf(field.element, "NumericInfo");
   if (info == nullptr) return std::nullopt;
-  if (Number(*info, "standardDeviation").value_or(0) < 0) {
+  if (NumberAttribute(*info, "standardDeviation").value_or(0) < 0) {
     return AttributeText(*info, "standardDeviation") + " is negative";
   }
-  const auto minimum = Number(*info, "minimum");
-  const auto maximum = Number(*info, "maximum");
+  const auto minimum = NumberAttribute(*info, "minimum");
+  const auto maximum = NumberAttribute(*info, "maximum");
   if (minimum && maximum && *minimum > *maximum) return "the minimum lies above the maximum";
   if (CountsParent(field) == nullptr) return "it has \"NumericInfo\" without \"ContStats\"";
   return std::nullopt;

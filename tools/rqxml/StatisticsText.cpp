@@ -9,12 +9,6 @@ namespace rqtool {
 
 namespace {
 
-std::string Join(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
-  return joined;
-}
-
 std::string Line(const std::string& text) { return text.empty() ? "" : "  " + text + '\n'; }
 
 std::string Title(const FieldStatistics& field, const std::string& rest, std::optional<std::size_t> width) {
@@ -27,8 +21,8 @@ std::string Title(const FieldStatistics& field, const std::string& rest, std::op
 
 std::string GoodField(const FieldStatistics& field, std::optional<std::size_t> width) {
   const std::string kind = field.continuous ? ": continuous, " : ": categorical, ";
-  std::string text = Title(field, kind + Join(CaseTexts(field)), width);
-  text += Line(LenienceText(field)) + Line(Join(SummaryTexts(field)));
+  std::string text = Title(field, kind + JoinTexts(CaseTexts(field)), width);
+  text += Line(LenienceText(field)) + Line(JoinTexts(SummaryTexts(field)));
   if (!field.stats.GetFrequencies().empty()) return text + HistogramText(MakeBars(field), width);
   if (!field.continuous) return text + Line("no categories");
   const std::optional<Spread> spread = SpreadOf(field);

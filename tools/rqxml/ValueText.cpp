@@ -38,4 +38,10 @@ std::string ItemText(const std::string& text) {
   return plain ? Printable(text) : '"' + Printable(text) + '"';
 }
 
+std::string JoinTexts(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
+  return joined;
+}
+
 }  // namespace rqtool

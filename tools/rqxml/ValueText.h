@@ -2,6 +2,7 @@
 #define RQXML_TOOLS_VALUETEXT_H
 
 #include <string>
+#include <vector>
 
 namespace rqtool {
 
@@ -14,6 +15,9 @@ std::string ShortNumberText(double value);
 
 /// `text`, printable; in quotes where it could be mistaken for something else in a list.
 std::string ItemText(const std::string& text);
+
+/// `texts` with commas between them.
+std::string JoinTexts(const std::vector<std::string>& texts);
 
 }  // namespace rqtool
 
