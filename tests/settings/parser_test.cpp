@@ -10,10 +10,12 @@
 #include <string>
 #include <type_traits>
 #include <vector>
+#include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "rqxml/settings/RQSettingsParser.h"
+#include "rqxml/xml/RQXMLUtil.h"
 #include "tests/common/virtual_slot.h"
 #include "tests/support/leaks.h"
 #include "tests/support/settings.h"
@@ -179,6 +181,14 @@ TEST_F(SettingsParser, DocumentWithoutParametersIsRefusedAndKeepsAnswering119) {
     ExpectEveryGetterGives(Failure(119));
   }
   ExpectParsesAgain();
+}
+
+TEST_F(SettingsParser, DocumentWithoutParametersIsHeldAllTheSameUntilTheNextParse) {
+  EXPECT_EQ(Parse(parser_, Pmml("<DataDictionary/>")), Failure(119));
+  ASSERT_NE(parser_.GetRootElement(), nullptr);
+  EXPECT_EQ(RQXPrsUtil::ToUTF8(parser_.GetRootElement()->getTagName()), "PMML");
+  EXPECT_EQ(Parse(parser_, "<PMML/>"), Failure(106));
+  EXPECT_EQ(parser_.GetRootElement(), nullptr);
 }
 
 TEST_F(SettingsParser, BuildTaskInsideTheDataDictionaryIsNone) {
