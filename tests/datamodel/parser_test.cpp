@@ -33,6 +33,11 @@ static_assert(std::is_default_constructible_v<Parser>);
 static_assert(!std::is_copy_constructible_v<Parser> && !std::is_copy_assignable_v<Parser>);
 static_assert(sizeof(Parser) == 2 * sizeof(void*), "a handle: the table of virtual operations and one pointer");
 
+// The destructor, which takes the slots 0 and 1, is the only virtual operation: a derived class adds its first behind.
+struct Derived : Parser {
+  virtual void First() {}
+};
+
 // A pointer to a member is initialised by an operation of exactly that signature and constness only.
 template <class Member>
 constexpr bool Is(Member) {
@@ -44,6 +49,10 @@ static_assert(Is<RQStatus (Parser::*)(RQMTD_NAMESPACE::RQVarList&, bool, bool, i
 
 const std::string kField = ModelField("v", "storage='real' measure='continuous'");
 const char* const kFieldCall = R"(AddContVar("v", "", LOWEST, HIGHEST, role 0, false, -1) -> 0)";
+
+#if RQ_TEST_SEES_VIRTUAL_SLOTS
+TEST(DataModelParserClass, HasNoVirtualOperationButItsDestructor) { EXPECT_EQ(VirtualSlot(&Derived::First), 2U); }
+#endif
 
 class DataModelParser : public rqtest::WithPlatform {
  protected:
