@@ -163,6 +163,11 @@ const std::vector<Row> kRows{
      {},
      ": Field \"v\": a field before it is the frequency weight already\n",
      "111"},
+    {DataModel(kFields + "<Field name='v' storage='real' measure='continuous' role='freqWeight'>"
+                         "<Range minValue='2' maxValue='1'/></Field>"),
+     {},
+     ": Field \"v\": a field before it is the frequency weight already\n",
+     "111"},
     {DataModel("<Field name='a' storage='real' measure='continuous'><Range minValue='2' maxValue='1'/></Field>"),
      {},
      ": Field \"a\": the \"minValue\" of its range lies above the \"maxValue\"\n",

@@ -69,10 +69,11 @@ Explanation ExplainRefusal(const DOMElement& field) {
   if (HasFieldBefore(field, "name", name)) {
     return {"a field before it has the same name", "give each field a name of its own"};
   }
-  if (IsRangeUpsideDown(field)) return {"the \"minValue\" of its range lies above the \"maxValue\"", "exchange them"};
+  // The range of a frequency weight is not looked at.
   if (Attribute(field, "role") == "freqWeight" && HasFieldBefore(field, "role", "freqWeight")) {
     return {"a field before it is the frequency weight already", "let one field have the role \"freqWeight\""};
   }
+  if (IsRangeUpsideDown(field)) return {"the \"minValue\" of its range lies above the \"maxValue\"", "exchange them"};
   return {"the variable was refused", {}};
 }
 
