@@ -82,6 +82,12 @@ Channel MakeOutput(const ToolCall& call) {
   return MakePipe();
 }
 
+Channel MakeInput(const ToolCall& call) {
+  Channel input = MakePipe();
+  if (!call.inputFile.empty()) input.out = Descriptor(open(call.inputFile.c_str(), O_RDONLY | O_CLOEXEC));
+  return input;
+}
+
 // Between fork and exec: no more than plain system calls.
 [[noreturn]] void BecomeTool(const ToolCall& call, int in, int out, int err, char* const* argv) {
   dup2(in, STDIN_FILENO);
@@ -151,7 +157,7 @@ ToolResult RunTool(const ToolCall& call) {
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
 
-  Channel in = MakePipe();
+  Channel in = MakeInput(call);
   Channel out = MakeOutput(call);
   Channel err = call.errorColumns ? MakeTerminal(*call.errorColumns) : MakePipe();
   if (call.breakPipe) out.out.Close();

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
@@ -119,6 +121,24 @@ TEST_F(Pictures, OfVeryLongNamesAndManyCategoriesStaySmall) {
   EXPECT_LT(picture.size(), 30'000u);
 }
 
+TEST_F(Pictures, OfHistogramsWithMoreIntervalsThanPixelsShowTheHighestOfNeighbours) {
+  std::string intervals, counts;
+  for (int i = 0; i < 45'000; ++i) {
+    intervals += "<Interval closure='closedOpen' leftMargin='" + std::to_string(i) + "' rightMargin='" +
+                 std::to_string(i + 1) + "'/>";
+    counts += i == 25'000 ? "200 " : "100 ";
+  }
+  const std::string document = WithStatistics(Statistics(
+      "x", "<NumericInfo/><ContStats>" + intervals + "<Array type='int'>" + counts + "</Array></ContStats>"));
+  EXPECT_EQ(Write(document, {"--svg", folder_.Path()}).exitCode, 0);
+  const std::string picture = ReadFile(folder_.File("x.svg"));
+  EXPECT_LT(picture.size(), 60'000u);
+  EXPECT_THAT(picture, AllOf(HasSubstr(" height=\"150.00\" class=\"b\"><title>[24900, 24901) to [25049, 25050), the "
+                                       "highest is [25000, 25001): 200 (&lt;0.1%)</title>"),
+                             HasSubstr(" height=\"75.00\" class=\"b\"><title>[0, 1) to [149, 150), the highest"),
+                             Not(HasSubstr(" width=\"0."))));
+}
+
 TEST_F(Pictures, NeedAFolderAndNeverReplaceTheDocument) {
   const std::string document = WithStatistics(Statistics("x", kCounts));
   const ToolResult file = Write(document, {"--svg", folder_.File("x.pmml")});
@@ -132,6 +152,25 @@ TEST_F(Pictures, NeedAFolderAndNeverReplaceTheDocument) {
   EXPECT_EQ(Write(document, {"--html", folder_.File("x.pmml")}).exitCode, 2);
   EXPECT_EQ(Write(document, {"--html", folder_.File("no/such/x.html")}).exitCode, 3);
   EXPECT_EQ(Write(document, {"--html", folder_.Path()}).exitCode, 3);
+}
+
+TEST_F(Pictures, NeverReplaceTheDocumentThatStandardInputIs) {
+  const std::string document = WithStatistics(Statistics("x", kCounts));
+  const std::string file = WriteFile(folder_.File("x.svg"), document);
+  for (const auto& [option, name] : {std::pair{"--html", file}, {"--svg", folder_.Path()}}) {
+    const ToolResult result = RunTool(ToolCall{.arguments = {"stats", "-", option, name}, .inputFile = file});
+    EXPECT_EQ(result.exitCode, 2) << result;
+    EXPECT_THAT(result.err, HasSubstr("x.svg is the file to read"));
+    EXPECT_EQ(ReadFile(file), document);
+  }
+}
+
+TEST_F(Pictures, AreNotAskedForByAnEmptyName) {
+  for (const std::string option : {"--svg", "--html"}) {
+    const ToolResult result = Write(WithStatistics(""), {option, ""});
+    EXPECT_EQ(result.exitCode, 2) << result;
+    EXPECT_THAT(result.err, HasSubstr(option + ": the name is empty"));
+  }
 }
 
 TEST_F(Pictures, ThatCannotBeWrittenWholeLeaveWhatStoodThere) {
@@ -196,6 +235,21 @@ TEST_F(Page, OfHostileTextsIsStillWellFormed) {
   EXPECT_THAT(markup, AllOf(Not(HasSubstr("<script")), Not(HasSubstr("\x1b")), Not(HasSubstr("\u202e")),
                             HasSubstr("&lt;script&gt;alert(&#39;1&#39;)"), HasSubstr("\\x1b")));
   for (const std::string& name : FilesIn(folder_.File("out"))) RequireWellFormed(ReadFile(folder_.File("out/" + name)));
+}
+
+TEST_F(Page, AboutThousandsOfModelsIsMadeInBoundedTime) {
+  std::string fields, models;
+  for (int i = 0; i < 3'000; ++i)
+    fields += "<DataField name='" + std::to_string(i) + "' dataType='double' optype='continuous'/>";
+  for (int i = 0; i < 6'000; ++i) models += "<TreeModel><ModelStats><UnivariateStats/></ModelStats></TreeModel>\n";
+  const std::string page = folder_.File("x.html");
+  const auto start = std::chrono::steady_clock::now();
+  const ToolResult result =
+      Write("<PMML><DataDictionary>" + fields + "</DataDictionary>" + models + "</PMML>", {"--html", page});
+  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+  EXPECT_EQ(result.exitCode, 1) << result;
+  EXPECT_LT(seconds.count(), 20);
+  EXPECT_THAT(ReadFile(page), HasSubstr("6000 models"));
 }
 
 TEST_F(Page, ShowsTheVariablesThatCanBeReadAndTellsOfTheOthers) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <sstream>
 #include <string>
@@ -103,6 +104,44 @@ TEST(StatsText, LargestCountsOverflowNothing) {
                            Statistics("y", "<DiscrStats><Array type='real'>1.7e308 1.7e308</Array></DiscrStats>")));
   EXPECT_EQ(result.exitCode, 0) << result;
   EXPECT_THAT(result.out, AllOf(HasSubstr("●"), HasSubstr("  #2  1.7e+308  50.0%  ████")));
+}
+
+TEST(StatsText, SumBeyondAllNumbersIsNotTold) {
+  const ToolResult result =
+      Stats(WithStatistics(Statistics("y", "<DiscrStats><Array type='real'>1.7e308 1.7e308</Array></DiscrStats>")));
+  EXPECT_THAT(result.out, HasSubstr("y: categorical, total 10\n"));
+}
+
+std::string Nested(int levels) {
+  std::string text;
+  for (int i = 0; i < levels; ++i) text += "<a>";
+  text += '1';
+  for (int i = 0; i < levels; ++i) text += "</a>";
+  return text;
+}
+
+TEST(StatsText, OfArraysNestedToAnyDepthIsShown) {
+  constexpr int kLevels = 200'000;
+  const ToolResult result = Stats(WithStatistics(
+      Statistics("texts", "<DiscrStats><Array type='string'>" + Nested(kLevels) +
+                              "</Array><Array type='int'>5</Array></DiscrStats>") +
+      Statistics("counts", "<DiscrStats><Array type='int'>" + Nested(kLevels) + "</Array></DiscrStats>")));
+  EXPECT_EQ(result.exitCode, 1) << result.err;
+  EXPECT_THAT(result.out, AllOf(HasSubstr("\n  1  5  100.0%  "),
+                                HasSubstr("the text of the \"Array\" of counts is broken up by other markup\n")));
+}
+
+TEST(StatsText, OfManyFieldsOfOneNameIsMadeInBoundedTime) {
+  std::string values, statistics;
+  for (int i = 0; i < 20'000; ++i) values += "<Value value='" + std::to_string(i) + "'/>";
+  for (int i = 0; i < 4'000; ++i) statistics += Statistics("x", "<DiscrStats><Array type='int'>1</Array></DiscrStats>");
+  const auto start = std::chrono::steady_clock::now();
+  const ToolResult result =
+      Stats("<PMML><DataDictionary><DataField name='x' dataType='string' optype='categorical'>" + values +
+            "</DataField></DataDictionary><TreeModel><ModelStats>" + statistics + "</ModelStats></TreeModel></PMML>");
+  const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_LT(seconds.count(), 20);
 }
 
 TEST(StatsText, NamesAndCategoriesCannotSteerTheTerminal) {

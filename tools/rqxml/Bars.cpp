@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 #include "DisplayText.h"
@@ -75,7 +76,8 @@ std::vector<std::string> CaseTexts(const FieldStatistics& field) {
   std::vector<std::string> texts;
   AddStatistic(texts, "total", total, ShortNumberText);
   const double counted = CountedIn(field);
-  if (!field.stats.GetFrequencies().empty() && counted != total) {
+  // A sum beyond all numbers tells nothing.
+  if (!field.stats.GetFrequencies().empty() && counted != total && std::isfinite(counted)) {
     AddStatistic(texts, "counted", counted, ShortNumberText);
   }
   if (field.missing) AddStatistic(texts, "missing", *field.missing, ShortNumberText);

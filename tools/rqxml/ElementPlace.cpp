@@ -4,6 +4,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "DocumentScan.h"
+#include "NodeWalk.h"
 #include "rqxml/xml/RQXMLUtil.h"
 
 namespace rqtool {
@@ -51,6 +52,18 @@ std::optional<double> NumberAttribute(const xercesc::DOMElement& element, const 
   double value = 0;
   if (RQXPrsUtil::GetDoubleAttribute(element, name, value) != 0) return std::nullopt;
   return value;
+}
+
+std::string TextOf(const xercesc::DOMElement& element) {
+  std::string text;
+  WalkNodes(element, [&text](const DOMNode& node, std::size_t) {
+    const auto type = node.getNodeType();
+    if (type == DOMNode::TEXT_NODE || type == DOMNode::CDATA_SECTION_NODE) {
+      text += RQXPrsUtil::ToUTF8(node.getNodeValue());
+    }
+    return true;
+  });
+  return text;
 }
 
 const xercesc::DOMElement* ChildOf(const xercesc::DOMElement* element, const char* tag) {

@@ -20,6 +20,9 @@ std::optional<std::string> Attribute(const xercesc::DOMElement& element, const c
 /// The attribute's value as an XML Schema double; nothing when it is absent or none.
 std::optional<double> NumberAttribute(const xercesc::DOMElement& element, const char* name);
 
+/// All text in `element`, however deep it stands, in UTF-8.
+std::string TextOf(const xercesc::DOMElement& element);
+
 /// The first child element `tag` of `element`, or null; also when `element` is.
 const xercesc::DOMElement* ChildOf(const xercesc::DOMElement* element, const char* tag);
 

@@ -22,6 +22,8 @@ namespace {
 constexpr double kWidth = 380;
 constexpr double kMargin = 10;
 constexpr std::size_t kMostBars = 40;
+constexpr std::size_t kMostColumns = 300;  // about one for each pixel
+constexpr double kColumnHeight = 150;
 constexpr std::size_t kLongestLabel = 20;  // columns, as the next two
 constexpr std::size_t kLongestTitle = 36;
 constexpr std::size_t kLongestLine = 52;
@@ -126,8 +128,22 @@ std::string BoundLabels(const std::vector<double>& bounds, double left, double s
   return text;
 }
 
+// Neighbouring columns too narrow to be told apart: the highest of them stands for all.
+struct ColumnGroup {
+  double height;
+  std::string told;
+};
+
+ColumnGroup GroupColumns(const std::vector<Bar>& bars, std::size_t begin, std::size_t end) {
+  const auto at = [&bars](std::size_t i) { return bars.begin() + static_cast<std::ptrdiff_t>(i); };
+  const Bar& highest =
+      *std::max_element(at(begin), at(end), [](const Bar& a, const Bar& b) { return a.length < b.length; });
+  const std::string range =
+      end - begin == 1 ? "" : bars[begin].label + " to " + bars[end - 1].label + ", the highest is ";
+  return {Seen(highest.length, kColumnHeight), range + Told(highest)};
+}
+
 Drawing DrawColumns(const FieldStatistics& field) {
-  constexpr double kHeight = 150;
   constexpr double kTop = 8;
   constexpr double kLabels = 22;
   const std::vector<Bar> bars = MakeBars(field);
@@ -138,17 +154,19 @@ Drawing DrawColumns(const FieldStatistics& field) {
   for (const double tick : ticks) left = std::max(left, TextWidth(ShortNumberText(tick)));
   left += 2 * kMargin;
   const double step = (kWidth - 2 * kMargin - left) / static_cast<double>(bars.size());
-  const double ground = kTop + kHeight;
+  const double ground = kTop + kColumnHeight;
   std::string text;
   for (const double tick : ticks) {
-    const double y = ground - (largest > 0 ? tick / largest : 0) * kHeight;
+    const double y = ground - (largest > 0 ? tick / largest : 0) * kColumnHeight;
     text += Line(left, y, kWidth - 2 * kMargin, y) + Text(left - 6, y + 4, "s e", ShortNumberText(tick));
   }
   const double gap = step > 6 ? 1 : 0;
-  for (std::size_t i = 0; i < bars.size(); ++i) {
-    const double height = Seen(bars[i].length, kHeight);
-    text += Rectangle(left + step * static_cast<double>(i) + gap / 2, ground - height, step - gap, height, "b",
-                      Told(bars[i]));
+  const std::size_t size = (bars.size() + kMostColumns - 1) / kMostColumns;
+  for (std::size_t i = 0; i < bars.size(); i += size) {
+    const std::size_t end = std::min(i + size, bars.size());
+    const ColumnGroup group = GroupColumns(bars, i, end);
+    text += Rectangle(left + step * static_cast<double>(i) + gap / 2, ground - group.height,
+                      step * static_cast<double>(end - i) - gap, group.height, "b", group.told);
   }
   text += BoundLabels(field.stats.GetCutPoints(), left, step, ground + 16);
   return {text, ground + kLabels};

@@ -1,6 +1,5 @@
 #include "FieldStatistics.h"
 
-#include <unordered_map>
 #include <utility>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -17,55 +16,27 @@ using RQCommon::RQStatus;
 using xercesc::DOMElement;
 namespace xml = RQXPrsUtil;
 
-using FieldElements = std::unordered_map<std::string, const DOMElement*>;
-
-FieldElements DataFields(const DOMElement& root) {
-  FieldElements fields;
-  const DOMElement* const dictionary = ChildOf(&root, "DataDictionary");
-  const DOMElement* field = ChildOf(dictionary, "DataField");
-  for (; field != nullptr; field = xml::GetNextSiblingElmt(*field, "DataField")) {
-    if (auto name = Attribute(*field, "name")) fields.emplace(std::move(*name), field);
-  }
-  return fields;
-}
-
 std::vector<std::string> TextsOf(const DOMElement& element) {
   const DOMElement* array = ChildOf(ChildOf(&element, "DiscrStats"), "Array");
   for (; array != nullptr; array = xml::GetNextSiblingElmt(*array, "Array")) {
-    if (Attribute(*array, "type") == "string") return SplitTextArray(xml::ToUTF8(array->getTextContent()));
+    if (Attribute(*array, "type") == "string") return SplitTextArray(TextOf(*array));
   }
   return {};
 }
 
-// The valid values of a data field with their labels.
-using Values = std::vector<std::pair<std::string, std::string>>;
-
-Values ValidValuesOf(const DOMElement* dataField) {
-  Values values;
-  const DOMElement* value = ChildOf(dataField, "Value");
-  for (; value != nullptr; value = xml::GetNextSiblingElmt(*value, "Value")) {
-    if (Attribute(*value, "property").value_or("valid") != "valid") continue;
-    if (auto text = Attribute(*value, "value")) {
-      values.emplace_back(std::move(*text), Attribute(*value, "displayValue").value_or(""));
-    }
-  }
-  return values;
-}
-
 // Counts without texts of their own follow the values of the data dictionary. Texts that are more or fewer than the
 // counts are of no use.
-void NameCategories(FieldStatistics& field, const Values& values) {
-  const std::size_t count = field.stats.GetFrequencies().size();
+void NameCategories(FieldStatistics& field, const DataField* dataField) {
+  static const DataField kUnknown;
+  const DataField& known = dataField == nullptr ? kUnknown : *dataField;
   std::vector<std::string> texts = TextsOf(*field.element);
   field.texts = texts.size();
-  if (texts.empty()) {
-    for (const auto& [value, label] : values) texts.push_back(value);
-  }
-  if (texts.size() != count) return;
-  const std::unordered_map<std::string, std::string> labels(values.begin(), values.end());
+  const std::size_t count = field.stats.GetFrequencies().size();
+  if ((texts.empty() ? known.values.size() : texts.size()) != count) return;
+  if (texts.empty()) texts = known.values;
   for (const std::string& text : texts) {
-    const auto found = labels.find(text);
-    field.labels.push_back(found == labels.end() ? std::string() : found->second);
+    const auto found = known.labels.find(text);
+    field.labels.push_back(found == known.labels.end() ? std::string() : found->second);
   }
   field.categories = std::move(texts);
 }
@@ -109,7 +80,7 @@ void ReadStatus(DocumentParser& parser, StatisticsReading reading, FieldStatisti
   field.status = lenient;
 }
 
-void Describe(FieldStatistics& field, const FieldElements& dataFields) {
+void Describe(FieldStatistics& field, DataFields& dataFields) {
   const DOMElement* const counts = ChildOf(field.element, "Counts");
   field.field = Attribute(*field.element, "field");
   field.continuous = ChildOf(field.element, "NumericInfo") != nullptr;
@@ -117,22 +88,21 @@ void Describe(FieldStatistics& field, const FieldElements& dataFields) {
     field.missing = NumberAttribute(*counts, "missingFreq");
     field.invalid = NumberAttribute(*counts, "invalidFreq");
   }
-  const auto found = dataFields.find(field.field.value_or(""));
-  const DOMElement* const dataField = found == dataFields.end() ? nullptr : found->second;
-  if (dataField != nullptr) field.label = Attribute(*dataField, "displayName").value_or("");
+  const DataField* const dataField = dataFields.Find(field.field.value_or(""));
+  if (dataField != nullptr) field.label = dataField->label;
   if (!field.status.IsOK()) return;
   if (field.continuous) {
     field.intervals = ReadIntervals(*field.element);
   } else {
-    NameCategories(field, ValidValuesOf(dataField));
+    NameCategories(field, dataField);
   }
 }
 
 }  // namespace
 
-std::vector<FieldStatistics> ReadStatistics(const Document& document, const Model& model, StatisticsReading reading) {
+std::vector<FieldStatistics> ReadStatistics(const Document& document, DataFields& dataFields, const Model& model,
+                                            StatisticsReading reading) {
   DocumentParser& parser = *document.parser;
-  const FieldElements dataFields = DataFields(*parser.GetRootElement());
   parser.SetModelElmt(*model.element);
   std::vector<FieldStatistics> fields;
   const DOMElement* cursor = nullptr;

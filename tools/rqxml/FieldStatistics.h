@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "DataFields.h"
 #include "Document.h"
 #include "Models.h"
 #include "rqxml/common/RQStatus.h"
@@ -48,7 +49,9 @@ enum class StatisticsReading {
 };
 
 /// The statistics of all fields of a model, bad ones too, in document order.
-std::vector<FieldStatistics> ReadStatistics(const Document& document, const Model& model, StatisticsReading reading);
+/// @param dataFields those of the document, for labels and the names of categories
+std::vector<FieldStatistics> ReadStatistics(const Document& document, DataFields& dataFields, const Model& model,
+                                            StatisticsReading reading);
 
 /// True when the model has a "ModelStats".
 bool HasStatistics(const Model& model);

@@ -129,7 +129,7 @@ bool IsCount(std::string_view text) {
 
 Fault BadCounts(const DOMElement* array) {
   if (array == nullptr) return std::nullopt;
-  for (const std::string& text : SplitTextArray(xml::ToUTF8(array->getTextContent()))) {
+  for (const std::string& text : SplitTextArray(TextOf(*array))) {
     if (!IsCount(text)) return "the \"Array\" of counts holds \"" + text + "\", no finite number of zero or above";
   }
   return "the text of the \"Array\" of counts is broken up by other markup";

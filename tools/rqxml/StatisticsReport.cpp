@@ -16,27 +16,32 @@ namespace {
 constexpr std::size_t kMostPlaces = 10;
 constexpr std::size_t kLongestText = 400;
 
-std::optional<Problem> ProblemOf(InputFile& input, const FieldStatistics& field, bool withPlace) {
+}  // namespace
+
+StatisticsReporter::StatisticsReporter(InputFile& input, const Document& document, std::size_t models,
+                                       StatisticsReading reading)
+    : fInput(input),
+      fDocument(document),
+      fDataFields(*document.parser->GetRootElement()),
+      fModels(models),
+      fReading(reading) {}
+
+std::optional<Problem> StatisticsReporter::ProblemOf(const FieldStatistics& field) {
   if (field.status.IsOK()) return std::nullopt;
-  Problem problem{.file = input.GetDisplayName(),
+  Problem problem{.file = fInput.GetDisplayName(),
                   .element = "UnivariateStats",
                   .what = ExplainFault(field),
                   .status = field.status.GetCode()};
-  if (withPlace) problem.place = PlaceOf(input, *field.element);
+  if (++fPlaces <= kMostPlaces) problem.place = PlaceOf(fInput, *field.element);
   if (field.field) problem.element += " \"" + *field.field + '"';
   if (field.needsLenience) problem.hint = "without --contract these statistics are read";
   return problem;
 }
 
-}  // namespace
-
-StatisticsReport MakeStatisticsReport(InputFile& input, const Document& document, const Model& model,
-                                      std::size_t models, StatisticsReading reading) {
-  StatisticsReport report{&input, model, models, HasStatistics(model), {}};
-  std::size_t bad = 0;
-  for (FieldStatistics& field : ReadStatistics(document, model, reading)) {
-    if (!field.status.IsOK()) ++bad;
-    std::optional<Problem> problem = ProblemOf(input, field, bad <= kMostPlaces);
+StatisticsReport StatisticsReporter::Make(const Model& model) {
+  StatisticsReport report{&fInput, model, fModels, HasStatistics(model), {}};
+  for (FieldStatistics& field : ReadStatistics(fDocument, fDataFields, model, fReading)) {
+    std::optional<Problem> problem = ProblemOf(field);
     report.fields.push_back({std::move(field), std::move(problem), {}});
   }
   return report;

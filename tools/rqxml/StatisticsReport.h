@@ -29,11 +29,27 @@ struct StatisticsReport {
   std::vector<ReportedField> fields;
 };
 
-/// Reads the statistics of all fields of `model`.
-/// @param input  the document, for a second look at bad fields
-/// @param models how many models the document has
-StatisticsReport MakeStatisticsReport(InputFile& input, const Document& document, const Model& model,
-                                      std::size_t models, StatisticsReading reading);
+/// Makes the reports on the models of one document.
+class StatisticsReporter {
+ public:
+  /// @param input  the document, for a second look at bad fields
+  /// @param models how many models the document has
+  StatisticsReporter(InputFile& input, const Document& document, std::size_t models, StatisticsReading reading);
+
+  /// Reads the statistics of all fields of `model`. The places of bad fields are told for the first ones alone, of all
+  /// reports together.
+  StatisticsReport Make(const Model& model);
+
+ private:
+  std::optional<Problem> ProblemOf(const FieldStatistics& field);
+
+  InputFile& fInput;
+  const Document& fDocument;
+  DataFields fDataFields;
+  std::size_t fModels;
+  StatisticsReading fReading;
+  std::size_t fPlaces = 0;
+};
 
 /// How many fields of `report` have statistics that cannot be read.
 std::size_t CountBad(const StatisticsReport& report);

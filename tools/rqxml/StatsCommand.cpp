@@ -34,8 +34,8 @@ struct StatsOptions {
   std::string file;
   std::optional<std::string> model;
   std::vector<std::string> fields;
-  std::string pictures;  // the folder; empty for none
-  std::string page;      // the file; empty for none
+  std::optional<std::string> pictures;  // the folder
+  std::optional<std::string> page;      // the file
   bool contract = false;
   bool wide = false;
 
@@ -73,7 +73,8 @@ std::string NoteOnBad(std::size_t bad, std::size_t all) {
 }
 
 void RequireOtherFile(const InputFile& input, const char* option, const std::string& file) {
-  if (!IsSameFile(input.GetName(), file)) return;
+  const std::string& name = input.GetName();
+  if (!IsSameFile(name == "-" ? "/dev/stdin" : name, file)) return;
   throw Failure(ExitCode::WrongUsage,
                 {.what = std::string(option) + ": " + file + " is the file to read", .hint = "name another one"});
 }
@@ -88,13 +89,13 @@ void MakeFolder(const std::string& folder) {
                  .hint = "name a folder, or one that can be made"});
 }
 
-void WritePictures(const StatsOptions& options, StatisticsReport& report) {
-  MakeFolder(options.pictures);
+void WritePictures(const std::string& folder, StatisticsReport& report) {
+  MakeFolder(folder);
   FileNames names(".svg");
   for (ReportedField& field : report.fields) {
     if (field.problem) continue;
     const std::string name = names.Make(*field.statistics.field);
-    field.picture = (std::filesystem::path(options.pictures) / name).string();
+    field.picture = (std::filesystem::path(folder) / name).string();
     RequireOtherFile(*report.input, "--svg", field.picture);
     WriteWholeFile(field.picture, FieldPicture(field.statistics, PictureUse::File));
   }
@@ -104,22 +105,28 @@ void WritePictures(const StatsOptions& options, StatisticsReport& report) {
 void WritePage(const StatsOptions& options, InputFile& input, const Document& document,
                const std::vector<Model>& models) {
   std::vector<StatisticsReport> reports;
-  for (const Model& model : models) {
-    reports.push_back(MakeStatisticsReport(input, document, model, models.size(), options.Reading()));
-  }
-  RequireOtherFile(input, "--html", options.page);
-  WriteWholeFile(options.page, HtmlReport(input.GetDisplayName(), ReadReadableVariables(input, document), reports));
+  StatisticsReporter reporter(input, document, models.size(), options.Reading());
+  for (const Model& model : models) reports.push_back(reporter.Make(model));
+  RequireOtherFile(input, "--html", *options.page);
+  WriteWholeFile(*options.page, HtmlReport(input.GetDisplayName(), ReadReadableVariables(input, document), reports));
+}
+
+void RequireName(const char* option, const std::optional<std::string>& name) {
+  if (!name || !name->empty()) return;
+  throw Failure(ExitCode::WrongUsage, {.what = std::string(option) + ": the name is empty", .hint = "give a name"});
 }
 
 Outcome Run(const StatsOptions& options, const Request& request) {
+  RequireName("--svg", options.pictures);
+  RequireName("--html", options.page);
   InputFile input(options.file, request.Files());
   const Document document = ReadModelDocument(input);
   const std::vector<Model> models = FindModels(document);
   const Model& model = ChooseModel(input, models, options.model);
-  StatisticsReport report = MakeStatisticsReport(input, document, model, models.size(), options.Reading());
+  StatisticsReport report = StatisticsReporter(input, document, models.size(), options.Reading()).Make(model);
   KeepWanted(options, report);
-  if (!options.pictures.empty()) WritePictures(options, report);
-  if (!options.page.empty()) WritePage(options, input, document, models);
+  if (options.pictures) WritePictures(*options.pictures, report);
+  if (options.page) WritePage(options, input, document, models);
 
   Outcome outcome;
   const std::size_t bad = CountBad(report);
