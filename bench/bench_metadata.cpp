@@ -2,10 +2,8 @@
 // Both run alternately in one loop, and what counts is the ratio of each pair: a busy machine then slows both.
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <array>
-#include <limits>
 #include <vector>
 
 #include "metadata_documents.h"
@@ -61,13 +59,6 @@ double MedianFill(const Document& document, int times) {
   std::vector<double> fills;
   for (int i = 0; i < times; ++i) fills.push_back(TimeFill<Subject>(document));
   return Quantile(fills, 0.5);
-}
-
-// Memory that was given back to the system costs a fault for each page when it comes again. Only the largest documents
-// give any back; kept, it costs all sizes the same.
-void KeepMemory() {
-  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-  mallopt(M_MMAP_MAX, 0);
 }
 
 template <class Subject>

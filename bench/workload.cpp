@@ -1,10 +1,13 @@
 #include "workload.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -103,6 +106,11 @@ double Exponent(const std::array<double, 3>& sizes, const std::array<double, 3>&
   }
   const auto n = static_cast<double>(sizes.size());
   return (n * xy - x * y) / (n * xx - x * x);
+}
+
+void KeepMemory() {
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  mallopt(M_MMAP_MAX, 0);
 }
 
 }  // namespace rqxml_bench

@@ -87,6 +87,11 @@ double Quantile(std::vector<double>& values, double share);
 /// How the times grow with the sizes: the slope of the straight line through the logarithms. 1 is linear, 2 quadratic.
 double Exponent(const std::array<double, 3>& sizes, const std::array<double, 3>& times);
 
+/// Lets the process keep the memory that it has. What is given back to the system costs a fault for each page when it
+/// comes again; only the largest documents give any back, so that growth would be measured in faults. Fill the largest
+/// document once afterwards.
+void KeepMemory();
+
 }  // namespace rqxml_bench
 
 #endif
