@@ -1,0 +1,1 @@
+#include "rqxml/encoding/RQMEMChar16.h"

@@ -1,0 +1,1 @@
+#include "rqxml/encoding/RQMEMString.h"
