@@ -22,8 +22,8 @@ constexpr std::int64_t LowerAscii(unsigned byte) { return byte - 'A' < 26U ? byt
 /// A code point after ICU's simple lower-casing.
 inline std::int64_t Lower(std::int64_t codePoint) { return u_tolower(static_cast<UChar32>(codePoint)); }
 
-/// Malformed bytes, packed into a number: unequal to every character, and behind all of them in order.
-constexpr std::int64_t Malformed(std::int64_t bytes) { return 0x110000 + bytes; }
+/// A byte of no character: unequal to every character, and behind all of them in order.
+constexpr std::int64_t Malformed(unsigned byte) { return 0x110000 + std::int64_t{byte}; }
 
 /// The length in bytes; a negative one is no limit.
 constexpr std::size_t Length(int length) {
