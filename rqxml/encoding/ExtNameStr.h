@@ -78,7 +78,6 @@ class RQ_API ExtNameStr {
   struct Representation;
 
   RQ_LOCAL Representation& Rep() const;
-  RQ_LOCAL void Refresh();
 
   mutable std::unique_ptr<Representation> fRep;  // null in an object that was moved from, until it is used again
 };

@@ -12,7 +12,8 @@
 /// - 0 clean
 /// - 1 the output did not fit and was cut
 /// - 2 a working buffer could not be allocated, or a size is beyond `int`; a destination string is empty then
-/// - 3 a character in the output was replaced by "?", or the input is malformed, or ICU failed. It wins over 1.
+/// - 3 a character was replaced by "?", or the input is malformed, or ICU failed; wherever that is in the source, also
+///   behind the place where the output was cut
 ///
 /// Malformed UTF-8 or UTF-16 ends a conversion between these two: what stands before it is kept. A conversion from or
 /// to a code page replaces it and goes on.

@@ -1,0 +1,35 @@
+#include "rqxml/encoding/RQMEMClone.h"
+
+#include "rqxml/encoding/RQMEMConverter.h"
+#include "rqxml/encoding/RQMEMSubstitution.h"
+
+namespace RQMEM_NAMESPACE {
+
+namespace {
+
+UConverter* Clone(const UConverter& converter) {
+  UErrorCode error = U_ZERO_ERROR;
+  if (ucnv_getType(&converter) == UCNV_COMPOUND_TEXT) {  // ICU crashes where a clone of this type is closed
+    UConverter* const opened = ucnv_open(ucnv_getName(&converter, &error), &error);
+    if (opened != nullptr) InstallSubstitution(*opened);
+    return opened;
+  }
+#if U_ICU_VERSION_MAJOR_NUM >= 71
+  return ucnv_clone(&converter, &error);
+#else
+  return ucnv_safeClone(&converter, nullptr, nullptr, &error);
+#endif
+}
+
+}  // namespace
+
+ConverterClone::ConverterClone(void* converter) {
+  const auto* const original = converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter();
+  if (original == nullptr) return;
+  fClone.reset(Clone(*original));
+  if (!fClone) return;
+  RecordSubstitution(*fClone, fReplaced);
+  ucnv_reset(fClone.get());  // a converter that was used with ICU directly hands its state on
+}
+
+}  // namespace RQMEM_NAMESPACE

@@ -1,0 +1,127 @@
+#include "rqxml/encoding/RQMEMSubstitution.h"
+
+#include <unicode/ucnv_cb.h>
+#include <unicode/ucnv_err.h>
+
+#include <algorithm>
+#include <array>
+
+namespace RQMEM_NAMESPACE {
+
+namespace {
+
+/// The callbacks' contexts: converters carry what is known of them. Indexed by AsciiRange.
+constexpr std::array<AsciiRange, 3> kKnown = {AsciiRange::None, AsciiRange::Printable, AsciiRange::All};
+
+/// Callbacks are called for reset, close and clone too.
+bool IsSubstitution(UConverterCallbackReason reason) { return reason == UCNV_UNASSIGNED || reason == UCNV_ILLEGAL; }
+
+void ReportFromUnicode(const void*, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
+                       UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
+  UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
+  if (IsSubstitution(reason) && U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
+}
+
+/// Writes "?" in place of ICU's substitute.
+void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
+                     UConverterCallbackReason reason, UErrorCode* error) {
+  if (!IsSubstitution(reason)) {
+    UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
+    return;
+  }
+  *error = U_ZERO_ERROR;
+  ucnv_cbToUWriteUChars(args, u"?", 1, 0, error);
+  if (U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
+}
+
+void Record(const void* context) { *const_cast<bool*>(static_cast<const bool*>(context)) = true; }
+
+void RecordFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
+                       UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
+  if (IsSubstitution(reason)) Record(context);
+  UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
+}
+
+void RecordToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
+                     UConverterCallbackReason reason, UErrorCode* error) {
+  ReportToUnicode(nullptr, args, units, length, reason, error);
+  if (!IsSubstitution(reason)) return;
+  Record(context);
+  if (U_SUCCESS(*error)) *error = U_ZERO_ERROR;
+}
+
+void SetCallbacks(UConverter& converter, UConverterFromUCallback from, UConverterToUCallback to, const void* context) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(&converter, from, context, nullptr, nullptr, &error);
+  ucnv_setToUCallBack(&converter, to, context, nullptr, nullptr, &error);
+}
+
+bool HasNoState(const UConverter& converter) {
+  switch (ucnv_getType(&converter)) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII:
+    case UCNV_UTF8:
+      return true;
+    default:
+      return false;
+  }
+}
+
+constexpr std::size_t kAsciiCount = 0x80;
+using AsciiBytes = std::array<char, kAsciiCount>;
+using AsciiUnits = std::array<UChar, kAsciiCount>;
+
+/// Equal from the first to the last.
+template <class Array>
+bool SameBetween(const Array& left, const Array& right, std::size_t first, std::size_t last) {
+  return std::equal(left.begin() + first, left.begin() + last + 1, right.begin() + first);
+}
+
+AsciiRange Probe(UConverter& converter) {
+  if (!HasNoState(converter)) return AsciiRange::None;
+  AsciiBytes bytes;
+  AsciiUnits units;
+  for (std::size_t i = 0; i < kAsciiCount; ++i) {
+    bytes[i] = static_cast<char>(i);
+    units[i] = static_cast<UChar>(i);
+  }
+  AsciiBytes madeBytes{};
+  AsciiUnits madeUnits{};
+  UErrorCode error = U_ZERO_ERROR;
+  const std::int32_t byteCount =
+      ucnv_fromUChars(&converter, madeBytes.data(), kAsciiCount, units.data(), kAsciiCount, &error);
+  const std::int32_t unitCount =
+      ucnv_toUChars(&converter, madeUnits.data(), kAsciiCount, bytes.data(), kAsciiCount, &error);
+  ucnv_reset(&converter);
+  if (U_FAILURE(error) || byteCount != kAsciiCount || unitCount != kAsciiCount) return AsciiRange::None;
+  const auto same = [&](std::size_t first, std::size_t last) {
+    return SameBetween(bytes, madeBytes, first, last) && SameBetween(units, madeUnits, first, last);
+  };
+  if (same(0, kAsciiCount - 1)) return AsciiRange::All;
+  return same(0x20, 0x7E) ? AsciiRange::Printable : AsciiRange::None;
+}
+
+}  // namespace
+
+void InstallSubstitution(UConverter& converter) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setSubstChars(&converter, "?", 1, &error);  // some refuse it and keep their own
+  const AsciiRange range = Probe(converter);
+  SetCallbacks(converter, ReportFromUnicode, ReportToUnicode, &kKnown[static_cast<std::size_t>(range)]);
+}
+
+void RecordSubstitution(UConverter& converter, bool& replaced) {
+  SetCallbacks(converter, RecordFromUnicode, RecordToUnicode, &replaced);
+}
+
+AsciiRange SafeAscii(const UConverter& converter) {
+  UConverterFromUCallback from = nullptr;
+  const void* context = nullptr;
+  ucnv_getFromUCallBack(&converter, &from, &context);
+  return from == ReportFromUnicode ? *static_cast<const AsciiRange*>(context) : AsciiRange::None;
+}
+
+}  // namespace RQMEM_NAMESPACE
