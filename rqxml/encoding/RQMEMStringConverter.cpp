@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "rqxml/encoding/RQMEMCaseless.h"
+#include "rqxml/encoding/RQMEMClone.h"
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMString.h"
 
@@ -16,24 +17,19 @@ namespace RQMEM_NAMESPACE {
 
 namespace {
 
-// A clone of the default converter that stops at what it cannot read instead of replacing it; null when there is none.
-QULTMBConverterHandle NewStoppingClone() {
-  const UConverter* const shared = QULTMBGetDefaultConverter();
-  if (shared == nullptr) return QULTMBConverterHandle();
+// Lets the clone stop at what it cannot read instead of replacing it.
+void StopAtBadBytes(UConverter* clone) {
   UErrorCode error = U_ZERO_ERROR;
-  UConverter* const clone = ucnv_clone(shared, &error);
-  QULTMBConverterHandle handle(clone);
-  if (U_FAILURE(error)) return QULTMBConverterHandle();
   ucnv_setToUCallBack(clone, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-  ucnv_resetToUnicode(clone);
-  return handle;
 }
 
 // The characters of a text, lower-cased. It is converted in pieces, so that a difference at the beginning of long texts
 // is found soon.
 class Reader {
  public:
-  Reader(const char* s, std::size_t length) : fAt(s), fLeft(length), fConverter(NewStoppingClone()) {}
+  Reader(const char* s, std::size_t length) : fAt(s), fLeft(length), fCanConvert(fClone) {
+    if (fCanConvert) StopAtBadBytes(fClone.Get());
+  }
 
   std::int64_t Next() {
     if (!HasUnit()) return NextBad();
@@ -64,7 +60,7 @@ class Reader {
     const std::size_t piece = strnlen(fAt, std::min(fLeft, kPiece));
     const bool isLast = piece < kPiece || piece == fLeft;
     const char* const begin = fAt;
-    if (fConverter)
+    if (fCanConvert)
       Convert(begin + piece, isLast);
     else
       TakeAsBad(piece, isLast);
@@ -72,23 +68,23 @@ class Reader {
   }
 
   void Convert(const char* end, bool isLast) {
-    auto* const converter = static_cast<UConverter*>(fConverter.Get());
     UErrorCode error = U_ZERO_ERROR;
     char16_t* unitsEnd = fUnits.data();
-    ucnv_toUnicode(converter, &unitsEnd, unitsEnd + fUnits.size(), &fAt, end, nullptr, isLast ? 1 : 0, &error);
+    ucnv_toUnicode(fClone.Get(), &unitsEnd, unitsEnd + fUnits.size(), &fAt, end, nullptr, isLast ? 1 : 0, &error);
     fNextUnit = 0;
     fUnitsEnd = static_cast<std::size_t>(unitsEnd - fUnits.data());
-    if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid(converter);
-    fIsDone = isLast && fAt == end && error != U_BUFFER_OVERFLOW_ERROR;
+    if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid();
+    // After a failure the converter may hold bytes back that it will read again.
+    fIsDone = isLast && U_SUCCESS(error);
   }
 
   // The bytes at which the converter stopped. A converter that does not tell them cannot go on.
-  void TakeInvalid(const UConverter* converter) {
+  void TakeInvalid() {
     auto length = static_cast<std::int8_t>(fInvalid.size());
     UErrorCode error = U_ZERO_ERROR;
-    ucnv_getInvalidChars(converter, fInvalid.data(), &length, &error);
+    ucnv_getInvalidChars(fClone.Get(), fInvalid.data(), &length, &error);
     if (U_FAILURE(error) || length <= 0) {
-      fConverter.Reset();
+      fCanConvert = false;
       return;
     }
     fNextBad = fInvalid.data();
@@ -103,7 +99,8 @@ class Reader {
 
   const char* fAt;
   std::size_t fLeft;
-  QULTMBConverterHandle fConverter;
+  ConverterClone fClone{nullptr};
+  bool fCanConvert;
   std::array<char16_t, kPiece> fUnits;  // what Fill has not written is not read
   std::size_t fNextUnit = 0;
   std::size_t fUnitsEnd = 0;
@@ -146,11 +143,12 @@ int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end) {
   *codePoint = 0;
   if (end < 0) end = EndOfText(s, offset);
   if (end <= offset || s[offset] == 0) return 0;
-  const QULTMBConverterHandle clone = NewStoppingClone();
+  const ConverterClone clone(nullptr);
   if (!clone) return -1;
+  StopAtBadBytes(clone.Get());
   const char* next = s + offset;
   UErrorCode error = U_ZERO_ERROR;
-  const UChar32 character = ucnv_getNextUChar(static_cast<UConverter*>(clone.Get()), &next, s + end, &error);
+  const UChar32 character = ucnv_getNextUChar(clone.Get(), &next, s + end, &error);
   if (U_FAILURE(error)) return -1;
   *codePoint = character;
   return static_cast<int>(next - (s + offset));
