@@ -5,9 +5,11 @@
 #include <locale.h>
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "fuzz_target.h"
 #include "rqxml/encoding/RQMEMConverter.h"
@@ -15,6 +17,7 @@
 #include "tests/support/guarded_text.h"
 #include "tests/support/mbstring.h"
 #include "tests/support/reference_mbstring.h"
+#include "tests/support/test_locale.h"
 
 namespace {
 
@@ -35,16 +38,16 @@ struct Close {
   void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 
-// The locales that the build made, kept as long as the process lives.
+// The locales that the build made, kept as long as the process lives. They are copies of the global one: newlocale
+// leaks where LOCPATH is set.
 const std::array<locale_t, kLocales.size()>& Locales() {
   static const auto locales = [] {
     std::array<locale_t, kLocales.size()> made{};
-    setenv("LOCPATH", RQXML_TEST_LOCALE_DIR, 1);
     for (std::size_t i = 0; i < made.size(); ++i) {
-      made[i] = newlocale(LC_ALL_MASK, kLocales[i], nullptr);
-      Check(made[i] != nullptr, "the build has made the locale");
+      const rqtest::TestLocale locale(kLocales[i]);
+      Check(locale.IsSet(), "the build has made the locale");
+      made[i] = duplocale(LC_GLOBAL_LOCALE);
     }
-    unsetenv("LOCPATH");
     return made;
   }();
   return locales;
