@@ -23,13 +23,27 @@ UConverter* Clone(const UConverter& converter) {
 
 }  // namespace
 
-ConverterClone::ConverterClone(void* converter) {
+// A converter that was used with ICU directly hands its state on: the recording functions reset the clone.
+
+ConverterClone::ConverterClone(void* converter, Direction direction) {
   const auto* const original = converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter();
   if (original == nullptr) return;
   fClone.reset(Clone(*original));
   if (!fClone) return;
-  RecordSubstitution(*fClone, fReplaced);
-  ucnv_reset(fClone.get());  // a converter that was used with ICU directly hands its state on
+  if (direction == Direction::FromUnicode)
+    RecordFromUnicode(*fClone, fReplaced);
+  else
+    RecordToUnicode(*fClone, fReplaced);
+}
+
+Utf8Clone::Utf8Clone() {
+  UErrorCode error = U_ZERO_ERROR;
+  static const UConverter* const original = ucnv_open("UTF-8", &error);  // kept: a clone costs less than opening one
+  if (original == nullptr) return;
+  fClone.reset(Clone(*original));
+  if (!fClone) return;
+  RecordMalformed(*fClone, fReplaced);
+  RecordFromUnicode(*fClone, fReplaced);
 }
 
 }  // namespace RQMEM_NAMESPACE

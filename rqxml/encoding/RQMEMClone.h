@@ -15,12 +15,16 @@ struct CloseConverter {
 /// Owns a converter.
 using OwnedConverter = std::unique_ptr<UConverter, CloseConverter>;
 
-/// A clone of a converter for one conversion; it records substitutions. Made anew for each conversion, so that the
-/// converter itself may serve several threads.
+/// What a clone is for.
+enum class Direction { FromUnicode, ToUnicode };
+
+/// A clone of a converter for one conversion in one direction; it records substitutions. Made anew for each conversion,
+/// so that the converter itself may serve several threads.
 class ConverterClone {
  public:
   /// @param converter what to clone; null for the default converter, which is made if there is none
-  explicit ConverterClone(void* converter);
+  /// @param direction what the clone can be used for
+  explicit ConverterClone(void* converter, Direction direction = Direction::ToUnicode);
   ConverterClone(const ConverterClone&) = delete;
   ConverterClone& operator=(const ConverterClone&) = delete;
 
@@ -34,6 +38,22 @@ class ConverterClone {
  private:
   bool fReplaced = false;
   OwnedConverter fClone;  // closed first: ICU calls the callbacks then
+};
+
+/// A converter for UTF-8 for one conversion of text that is UTF-8 by its meaning: what is malformed becomes U+FFFD.
+class Utf8Clone {
+ public:
+  Utf8Clone();
+  Utf8Clone(const Utf8Clone&) = delete;
+  Utf8Clone& operator=(const Utf8Clone&) = delete;
+
+  explicit operator bool() const { return fClone != nullptr; }
+  UConverter* Get() const { return fClone.get(); }
+  bool Replaced() const { return fReplaced; }
+
+ private:
+  bool fReplaced = false;
+  OwnedConverter fClone;
 };
 
 }  // namespace RQMEM_NAMESPACE

@@ -1,5 +1,7 @@
 #include "rqxml/encoding/RQMEMConversions.h"
 
+#include <type_traits>
+
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
 
@@ -15,10 +17,21 @@ constexpr std::size_t kLargestPiece = std::size_t{1} << 20;
 template <class In, class Out>
 bool CopyAscii(Text<In>& ascii, Out*& target, const Out* limit) {
   const std::size_t count = std::min(ascii.Length(), static_cast<std::size_t>(limit - target));
-  for (std::size_t i = 0; i < count; ++i) target[i] = static_cast<Out>(ascii.begin[i]);
+  const In* const from = ascii.begin;  // local: what is written could otherwise change the cursors
+  Out* const to = target;
+  if constexpr (std::is_same_v<In, Out>)
+    std::copy_n(from, count, to);
+  else
+    for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<Out>(from[i]);
   ascii.begin += count;
   target += count;
   return !ascii.Empty();
+}
+
+/// The length that a lead byte announces.
+std::ptrdiff_t Utf8SequenceLength(char lead) {
+  const unsigned byte = static_cast<unsigned char>(lead);
+  return byte < 0xC0U ? 1 : byte < 0xE0U ? 2 : byte < 0xF0U ? 3 : 4;
 }
 
 template <class Unit>
@@ -33,13 +46,14 @@ Text<Unit> From(Text<Unit> text, std::size_t offset) {
 
 }  // namespace
 
-CodePageSide::CodePageSide(void* converter)
-    : fConverter(converter != nullptr ? converter : QULTMBGetDefaultConverter()) {}
+CodePageSide::CodePageSide(void* converter, Direction direction)
+    : fConverter(converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter()),
+      fDirection(direction) {}
 
 template <class Unit>
 std::size_t CodePageSide::SameLength(Text<Unit> text) const {
   if (fConverter == nullptr || text.Empty()) return 0;
-  const AsciiRange range = SafeAscii(*static_cast<const UConverter*>(fConverter));
+  const AsciiRange range = SafeAscii(*fConverter);
   if (range == AsciiRange::None) return 0;
   const std::size_t length =
       range == AsciiRange::All ? AsciiLength(text.begin, text.Length()) : PrintableLength(text.begin, text.Length());
@@ -48,14 +62,41 @@ std::size_t CodePageSide::SameLength(Text<Unit> text) const {
 }
 
 UConverter* CodePageSide::Clone() {
-  if (!fClone && fConverter != nullptr) fClone.emplace(fConverter);
+  if (!fClone && fConverter != nullptr) fClone.emplace(fConverter, fDirection);
   if (fClone && *fClone) return fClone->Get();
   Fail();
   return nullptr;
 }
 
+const char* Utf8Shortcut::Place() const {
+  const char* place = fText.begin;  // ICU may have stopped inside a character
+  while (place != fText.end && (static_cast<unsigned char>(*place) & 0xC0U) == 0x80U) ++place;
+  return place;
+}
+
+bool Utf8Shortcut::Next(UConverter* target, UConverter* source, char*& to, char* limit) {
+  if (!fUtf8) {
+    fFailed = true;
+    return false;
+  }
+  if (!fStarted) fPivotSource = fPivotTarget = fPivot.data();
+  for (;;) {
+    const char* const end = fText.begin + std::min(fText.Length(), kLargestPiece);
+    const bool isLast = end == fText.end;
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_convertEx(target, source, &to, limit, &fText.begin, end, fPivot.data(), &fPivotSource, &fPivotTarget,
+                   fPivot.data() + fPivot.size(), fStarted ? 0 : 1, isLast ? 1 : 0, &error);
+    fStarted = true;
+    if (error == U_BUFFER_OVERFLOW_ERROR) return true;
+    if (U_FAILURE(error)) fFailed = true;
+    if (U_FAILURE(error) || isLast) return false;
+  }
+}
+
 CodePageReader::CodePageReader(void* converter, Text<char> text)
-    : fSide(converter), fAscii(First(text, fSide.SameLength(text))), fText(From(text, fAscii.Length())) {}
+    : fSide(converter, Direction::ToUnicode),
+      fAscii(First(text, fSide.SameLength(text))),
+      fText(From(text, fAscii.Length())) {}
 
 bool CodePageReader::Next(char16_t*& target, char16_t* limit) {
   if (fText.Empty() && !fSide.HasClone()) return false;
@@ -91,8 +132,21 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
   }
 }
 
+UConverter* CodePageReader::LongUtf8(Text<char>& text) {
+  if (!fSide.IsUtf8() || fText.Length() < Utf8Shortcut::kShortest) return nullptr;
+  text = fText;
+  return fSide.Clone();
+}
+
+CodePageToUtf8::CodePageToUtf8(void* converter, Text<char> text) : fReader(converter, text) {
+  Text<char> longText;
+  fShortcutSource = fReader.LongUtf8(longText);
+  if (fShortcutSource != nullptr) fShortcut.emplace(longText);
+}
+
 bool CodePageToUtf8::Next(char*& target, char* limit) {
   if (CopyAscii(fReader.Ascii(), target, limit)) return true;
+  if (fShortcut) return fShortcut->NextFrom(fShortcutSource, target, limit);
   for (;;) {
     const Stop stop = EncodeUtf8(fUnits.begin, fUnits.end, target, limit);
     if (stop == Stop::Full) return true;
@@ -110,6 +164,15 @@ bool CodePageToUtf8::Next(char*& target, char* limit) {
   }
 }
 
+void CodePageToUtf8::CutToWhole(char* begin, char*& target, char*) {
+  if (!fShortcut) return;
+  char* start = target;
+  while (start != begin && (static_cast<unsigned char>(start[-1]) & 0xC0U) == 0x80U) --start;
+  if (start == begin) return;  // ASCII would stand before
+  --start;
+  if (Utf8SequenceLength(*start) > target - start) target = start;
+}
+
 void CodePageToUtf8::Refill() {
   char16_t* end = std::copy(fUnits.begin, fUnits.end, fPivot.data());
   fMore = fReader.Next(end, fPivot.data() + fPivot.size());
@@ -118,7 +181,7 @@ void CodePageToUtf8::Refill() {
 
 template <class Source>
 ToCodePage<Source>::ToCodePage(void* converter, Text<Unit> text)
-    : fSide(converter),
+    : fSide(converter, Direction::FromUnicode),
       fAsciiLength(fSide.SameLength(text)),
       fAscii(First(text, fAsciiLength)),
       fText(From(text, fAsciiLength)),
@@ -129,7 +192,27 @@ bool ToCodePage<Source>::Next(char*& target, char* limit) {
   if (CopyAscii(fAscii, target, limit)) return true;
   if (fText.Empty()) return false;
   UConverter* const clone = fSide.Clone();
-  return clone != nullptr && fWriter.Next(clone, target, limit);
+  if (clone == nullptr) return false;
+  if constexpr (std::is_same_v<Unit, char>) {
+    if (!fShortcut && fText.Length() >= Utf8Shortcut::kShortest) fShortcut.emplace(fText);
+    if (fShortcut) return fShortcut->NextTo(clone, target, limit);
+  }
+  return fWriter.Next(clone, target, limit);
+}
+
+template <class Source>
+void ToCodePage<Source>::MarkCut() {
+  if (!fAscii.Empty()) {
+    fReached = fAscii.begin;
+    return;
+  }
+  if constexpr (std::is_same_v<Unit, char>) {
+    if (fShortcut) {
+      fReached = fShortcut->Place();
+      return;
+    }
+  }
+  fReached = fWriter.Place();
 }
 
 template <class Source>
@@ -149,7 +232,7 @@ template <class Source>
 bool ToCodePage<Source>::Fits(const Unit* end, char*& target, char* limit) {
   if (end == fText.begin) return true;
   UConverter* const clone = fSide.Clone();
-  ucnv_reset(clone);
+  ucnv_resetFromUnicode(clone);
   Writer writer({fText.begin, end});
   bool more = writer.Next(clone, target, limit);
   while (more) {

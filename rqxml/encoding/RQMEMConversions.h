@@ -87,7 +87,7 @@ class Utf16ToUtf8 {
 class CodePageSide {
  public:
   /// @param converter null for the default converter, which is made if there is none
-  explicit CodePageSide(void* converter);
+  CodePageSide(void* converter, Direction direction);
 
   /// How much of the text's beginning is the same on both sides.
   template <class Unit>
@@ -95,14 +95,44 @@ class CodePageSide {
   /// The clone; null, and a problem, when there is none.
   UConverter* Clone();
   bool HasClone() const { return fClone.has_value(); }
+  bool IsUtf8() const { return fConverter != nullptr && ucnv_getType(fConverter) == UCNV_UTF8; }
   bool Problem() const { return fFailed || (fClone && fClone->Replaced()); }
   /// Notes a problem.
   void Fail() { fFailed = true; }
 
  private:
-  void* fConverter;
+  UConverter* const fConverter;
+  const Direction fDirection;
   std::optional<ConverterClone> fClone;
   bool fFailed = false;
+};
+
+/// Long UTF-8 text from or to another converter in one go, for which ICU has faster ways than through UTF-16.
+class Utf8Shortcut {
+ public:
+  /// Shorter text is not worth the clone.
+  static constexpr std::size_t kShortest = 256;
+
+  explicit Utf8Shortcut(Text<char> text) : fText(text) {}
+
+  /// Writes on from UTF-8.
+  bool NextTo(UConverter* target, char*& to, char* limit) { return Next(target, fUtf8.Get(), to, limit); }
+  /// Writes on to UTF-8.
+  bool NextFrom(UConverter* source, char*& to, char* limit) { return Next(fUtf8.Get(), source, to, limit); }
+  bool Problem() const { return fFailed || fUtf8.Replaced(); }
+  /// The end of the last character that has been read.
+  const char* Place() const;
+
+ private:
+  bool Next(UConverter* target, UConverter* source, char*& to, char* limit);
+
+  Text<char> fText;
+  Utf8Clone fUtf8;
+  bool fStarted = false;
+  bool fFailed = false;
+  UChar* fPivotSource = nullptr;
+  UChar* fPivotTarget = nullptr;
+  std::array<UChar, kPivotSize> fPivot;
 };
 
 /// Reads a code page, as 16-bit units.
@@ -115,6 +145,8 @@ class CodePageReader {
   /// Writes units of what follows; true when the output is full and more may come.
   bool Next(char16_t*& target, char16_t* limit);
   bool Problem() const { return fSide.Problem(); }
+  /// What follows the ASCII, and the clone that reads it, where that is UTF-8 and long; null otherwise.
+  UConverter* LongUtf8(Text<char>& text);
 
  private:
   CodePageSide fSide;
@@ -150,17 +182,20 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit);
 class CodePageToUtf8 {
  public:
   using Out = char;
-  CodePageToUtf8(void* converter, Text<char> text) : fReader(converter, text) {}
+  CodePageToUtf8(void* converter, Text<char> text);
 
   bool Next(char*& target, char* limit);
-  bool Problem() const { return fMalformed || fReader.Problem(); }
+  bool Problem() const { return fMalformed || fReader.Problem() || (fShortcut && fShortcut->Problem()); }
   void MarkCut() {}
-  void CutToWhole(char*, char*&, char*) {}
+  /// What went through ICU may end inside a character.
+  void CutToWhole(char* begin, char*& target, char* limit);
 
  private:
   void Refill();
 
   CodePageReader fReader;
+  std::optional<Utf8Shortcut> fShortcut;
+  UConverter* fShortcutSource = nullptr;
   bool fMore = true;
   bool fMalformed = false;
   std::array<char16_t, kPivotSize> fPivot;
@@ -176,8 +211,8 @@ class ToCodePage {
   ToCodePage(void* converter, Text<Unit> text);
 
   bool Next(char*& target, char* limit);
-  bool Problem() const { return fWriter.Problem() || fSide.Problem(); }
-  void MarkCut() { fReached = fAscii.Empty() ? fWriter.Place() : fAscii.begin; }
+  bool Problem() const { return fWriter.Problem() || fSide.Problem() || (fShortcut && fShortcut->Problem()); }
+  void MarkCut();
   void CutToWhole(char* begin, char*& target, char* limit);
 
  private:
@@ -203,6 +238,7 @@ class ToCodePage {
   Text<Unit> fAscii;
   const Text<Unit> fText;  // what follows the ASCII
   Writer fWriter;
+  std::optional<Utf8Shortcut> fShortcut;
   const Unit* fReached = nullptr;
 };
 

@@ -48,7 +48,17 @@ const char16_t* Char16Source::After(const Unit* place, const Unit* end) { return
 Text<char16_t> WideSource::Next() {
   fPieceBegin = fText.begin;
   char16_t* target = fPiece.data();
-  Narrow(fText.begin, fText.end, target, target + fPiece.size());
+  std::size_t length = std::min(fPiece.size(), fText.Length());
+  fPlain = fPlain && NarrowPlain(fText.begin, length, target);
+  if (fPlain) {
+    const bool splitsPair = length < fText.Length() && IsLead(target[length - 1]) && IsTrail(fText.begin[length]);
+    if (splitsPair) --length;
+    fText.begin += length;
+    target += length;
+  } else {
+    Narrow(fText.begin, fText.end, target, target + fPiece.size(), fLast);
+  }
+  fLast = target[-1];
   return {fPiece.data(), target};
 }
 

@@ -58,6 +58,8 @@ class WideSource {
  private:
   Text<Unit> fText;
   const Unit* fPieceBegin;
+  bool fPlain = true;  // no element above 0xFFFF has been met
+  char16_t fLast = 0;
   std::array<char16_t, kPivotSize> fPiece;
 };
 

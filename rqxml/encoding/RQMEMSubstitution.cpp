@@ -36,24 +36,24 @@ void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char* uni
 
 void Record(const void* context) { *const_cast<bool*>(static_cast<const bool*>(context)) = true; }
 
-void RecordFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
-                       UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
+void NoteFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
+                     UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
   if (IsSubstitution(reason)) Record(context);
   UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
 }
 
-void RecordToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
-                     UConverterCallbackReason reason, UErrorCode* error) {
+void NoteToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
+                   UConverterCallbackReason reason, UErrorCode* error) {
   ReportToUnicode(nullptr, args, units, length, reason, error);
   if (!IsSubstitution(reason)) return;
   Record(context);
   if (U_SUCCESS(*error)) *error = U_ZERO_ERROR;
 }
 
-void SetCallbacks(UConverter& converter, UConverterFromUCallback from, UConverterToUCallback to, const void* context) {
-  UErrorCode error = U_ZERO_ERROR;
-  ucnv_setFromUCallBack(&converter, from, context, nullptr, nullptr, &error);
-  ucnv_setToUCallBack(&converter, to, context, nullptr, nullptr, &error);
+void NoteMalformed(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
+                   UConverterCallbackReason reason, UErrorCode* error) {
+  if (IsSubstitution(reason)) Record(context);
+  UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
 }
 
 bool HasNoState(const UConverter& converter) {
@@ -110,11 +110,28 @@ void InstallSubstitution(UConverter& converter) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setSubstChars(&converter, "?", 1, &error);  // some refuse it and keep their own
   const AsciiRange range = Probe(converter);
-  SetCallbacks(converter, ReportFromUnicode, ReportToUnicode, &kKnown[static_cast<std::size_t>(range)]);
+  const AsciiRange* const known = &kKnown[static_cast<std::size_t>(range)];
+  error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(&converter, ReportFromUnicode, known, nullptr, nullptr, &error);
+  ucnv_setToUCallBack(&converter, ReportToUnicode, known, nullptr, nullptr, &error);
 }
 
-void RecordSubstitution(UConverter& converter, bool& replaced) {
-  SetCallbacks(converter, RecordFromUnicode, RecordToUnicode, &replaced);
+void RecordFromUnicode(UConverter& converter, bool& replaced) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(&converter, NoteFromUnicode, &replaced, nullptr, nullptr, &error);
+  ucnv_resetFromUnicode(&converter);
+}
+
+void RecordToUnicode(UConverter& converter, bool& replaced) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setToUCallBack(&converter, NoteToUnicode, &replaced, nullptr, nullptr, &error);
+  ucnv_resetToUnicode(&converter);
+}
+
+void RecordMalformed(UConverter& converter, bool& replaced) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setToUCallBack(&converter, NoteMalformed, &replaced, nullptr, nullptr, &error);
+  ucnv_resetToUnicode(&converter);
 }
 
 AsciiRange SafeAscii(const UConverter& converter) {

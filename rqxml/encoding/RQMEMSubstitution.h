@@ -20,9 +20,15 @@ enum class AsciiRange {
 /// substitution with one of the two statuses.
 void InstallSubstitution(UConverter& converter);
 
-/// Installs callbacks that set `replaced` at each substitution: statuses get lost inside ICU. The flag must live as
-/// long as the converter is used.
-void RecordSubstitution(UConverter& converter, bool& replaced);
+// Install a callback that sets `replaced` at each substitution, since statuses get lost inside ICU, and put the
+// converter into its initial state. The flag must live as long as the converter is used.
+
+/// For writing; the substitute is that of the converter.
+void RecordFromUnicode(UConverter& converter, bool& replaced);
+/// For reading; the substitute is "?".
+void RecordToUnicode(UConverter& converter, bool& replaced);
+/// For reading; the substitute is U+FFFD.
+void RecordMalformed(UConverter& converter, bool& replaced);
 
 /// What is known of a converter with InstallSubstitution's callbacks; None for any other converter.
 AsciiRange SafeAscii(const UConverter& converter);

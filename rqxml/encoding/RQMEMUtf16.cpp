@@ -9,6 +9,8 @@ namespace RQMEM_NAMESPACE {
 namespace {
 
 constexpr std::size_t kBlock = 16;
+/// What the two halves of a surrogate pair add up to above their code point.
+constexpr std::uint32_t kPairOffset = (0xD800U << 10) + 0xDC00U - 0x10000U;
 constexpr std::uint64_t kHighBits = 0x8080808080808080U;
 
 unsigned Byte(char c) { return static_cast<unsigned char>(c); }
@@ -31,26 +33,7 @@ std::uint64_t LoadEight(const char* source) {
   return word;
 }
 
-template <class Unit, std::size_t Count>
-void Widen(const char* source, Unit* target) {
-  for (std::size_t i = 0; i < Count; ++i) target[i] = static_cast<Unit>(static_cast<unsigned char>(source[i]));
-}
-
-/// Copies the ASCII bytes at the source.
-/// @return false when one of them does not fit
-template <class Unit>
-bool DecodeAscii(const char*& source, const char* end, Unit*& target, const Unit* limit) {
-  const char* from = source;
-  Unit* to = target;
-  const auto fits = [&](std::ptrdiff_t count) { return end - from >= count && limit - to >= count; };
-  for (; fits(16) && ((LoadEight(from) | LoadEight(from + 8)) & kHighBits) == 0; from += 16, to += 16)
-    Widen<Unit, 16>(from, to);
-  for (; fits(8) && (LoadEight(from) & kHighBits) == 0; from += 8, to += 8) Widen<Unit, 8>(from, to);
-  while (from != end && to != limit && Byte(*from) < 0x80U) *to++ = static_cast<Unit>(*from++);
-  source = from;
-  target = to;
-  return from == end || Byte(*from) >= 0x80U;
-}
+bool IsAsciiBlock(const char* source) { return ((LoadEight(source) | LoadEight(source + 8)) & kHighBits) == 0; }
 
 template <class Unit>
 void PutPair(std::uint32_t codePoint, Unit*& target) {
@@ -70,10 +53,11 @@ Stop DecodeTwo(const char*& source, const char* end, Unit*& target, const Unit* 
 
 template <class Unit>
 Stop DecodeThree(const char*& source, const char* end, Unit*& target, const Unit* limit) {
-  if (end - source < 3 || !IsTrail(Byte(source[1])) || !IsTrail(Byte(source[2]))) return Stop::Malformed;
-  const std::uint32_t value =
-      (Byte(source[0]) & 0xFU) << 12 | (Byte(source[1]) & 0x3FU) << 6 | (Byte(source[2]) & 0x3FU);
-  if (value < 0x800U || IsSurrogate(value)) return Stop::Malformed;
+  if (end - source < 3) return Stop::Malformed;
+  const std::uint32_t second = Byte(source[1]) ^ 0x80U;  // below 0x40 where it continues a character
+  const std::uint32_t third = Byte(source[2]) ^ 0x80U;
+  const std::uint32_t value = (Byte(source[0]) & 0xFU) << 12 | second << 6 | third;
+  if ((second | third) >= 0x40U || value < 0x800U || IsSurrogate(value)) return Stop::Malformed;
   if (target == limit) return Stop::Full;
   *target++ = static_cast<Unit>(value);
   source += 3;
@@ -93,46 +77,61 @@ Stop DecodeFour(const char*& source, const char* end, Unit*& target, const Unit*
   return Stop::AtEnd;
 }
 
-/// Characters of the same number of bytes mostly stand together: each loop runs as long as they do.
+/// One character; four bytes can be read and two units written. False, and nothing moved, where it is malformed.
 template <class Unit>
-Stop DecodeRun(const char*& source, const char* end, Unit*& target, Unit* limit) {
-  Stop stop = Stop::AtEnd;
+bool DecodeWithRoom(const char*& source, Unit*& target) {
   const unsigned lead = Byte(*source);
-  if (lead < 0xC2U || lead > 0xF4U) return Stop::Malformed;
-  if (lead < 0xE0U) {
-    while (stop == Stop::AtEnd && source != end && Byte(*source) >= 0xC2U && Byte(*source) < 0xE0U)
-      stop = DecodeTwo(source, end, target, limit);
-  } else if (lead < 0xF0U) {
-    while (stop == Stop::AtEnd && source != end && (Byte(*source) & 0xF0U) == 0xE0U)
-      stop = DecodeThree(source, end, target, limit);
-  } else {
-    while (stop == Stop::AtEnd && source != end && Byte(*source) >= 0xF0U && Byte(*source) <= 0xF4U)
-      stop = DecodeFour(source, end, target, limit);
+  if (lead < 0x80U) {
+    *target++ = static_cast<Unit>(lead);
+    ++source;
+    return true;
   }
-  return stop;
+  if (lead < 0xC2U || lead > 0xF4U) return false;
+  const char* const end = source + 4;
+  const Unit* const limit = target + 2;
+  if (lead < 0xE0U) return DecodeTwo(source, end, target, limit) == Stop::AtEnd;
+  if (lead < 0xF0U) return DecodeThree(source, end, target, limit) == Stop::AtEnd;
+  return DecodeFour(source, end, target, limit) == Stop::AtEnd;
 }
 
-/// Elements or-ed: below 0x80 when all are ASCII.
+/// Everything up to what is malformed, near the end or near the limit.
 template <class Unit>
-std::uint32_t OrBlock(const Unit* source) {
-  std::uint32_t all = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) all |= Value(source[i]);
-  return all;
+void DecodeBulk(const char*& source, const char* end, Unit*& target, const Unit* limit) {
+  constexpr std::ptrdiff_t kMargin = 2 * kBlock;
+  while (end - source >= kMargin && limit - target >= kMargin) {
+    if (Byte(*source) < 0x80U && IsAsciiBlock(source)) {
+      for (std::size_t i = 0; i < kBlock; ++i) target[i] = static_cast<Unit>(source[i]);
+      source += kBlock;
+      target += kBlock;
+      continue;
+    }
+    const char* const blockEnd = source + kBlock;
+    while (source < blockEnd)
+      if (!DecodeWithRoom(source, target)) return;
+  }
 }
 
-/// Copies the ASCII elements at the source.
-/// @return false when one of them does not fit
 template <class Unit>
-bool EncodeAscii(const Unit*& source, const Unit* end, char*& target, const char* limit) {
-  constexpr auto kCount = static_cast<std::ptrdiff_t>(kBlock);
-  const Unit* from = source;
-  char* to = target;
-  for (; end - from >= kCount && limit - to >= kCount && OrBlock(from) < 0x80U; from += kBlock, to += kBlock)
-    for (std::size_t i = 0; i < kBlock; ++i) to[i] = static_cast<char>(from[i]);
-  while (from != end && to != limit && Value(*from) < 0x80U) *to++ = static_cast<char>(*from++);
-  source = from;
-  target = to;
-  return from == end || Value(*from) >= 0x80U;
+Stop DecodeOne(const char*& source, const char* end, Unit*& target, const Unit* limit) {
+  const unsigned lead = Byte(*source);
+  if (lead < 0x80U) {
+    if (target == limit) return Stop::Full;
+    *target++ = static_cast<Unit>(lead);
+    ++source;
+    return Stop::AtEnd;
+  }
+  if (lead < 0xC2U || lead > 0xF4U) return Stop::Malformed;
+  if (lead < 0xE0U) return DecodeTwo(source, end, target, limit);
+  if (lead < 0xF0U) return DecodeThree(source, end, target, limit);
+  return DecodeFour(source, end, target, limit);
+}
+
+template <std::size_t Count = kBlock, class Unit>
+bool IsAsciiBlock(const Unit* source) {
+  using Bits = std::make_unsigned_t<Unit>;
+  Bits all = 0;
+  for (std::size_t i = 0; i < Count; ++i) all = static_cast<Bits>(all | static_cast<Bits>(source[i]));
+  return all < 0x80U;
 }
 
 char Tail(std::uint32_t codePoint, unsigned shift) { return static_cast<char>(0x80U | ((codePoint >> shift) & 0x3FU)); }
@@ -171,7 +170,7 @@ Stop EncodeSupplementary(const Unit*& source, const Unit* end, char*& target, co
   std::ptrdiff_t count = 1;
   if (codePoint <= 0xFFFFU) {
     if (!IsLead(codePoint) || end - source < 2 || !IsTrailSurrogate(Value(source[1]))) return Stop::Malformed;
-    codePoint = 0x10000U + ((codePoint & 0x3FFU) << 10) + (Value(source[1]) & 0x3FFU);
+    codePoint = (codePoint << 10) + Value(source[1]) - kPairOffset;
     count = 2;
   }
   if (codePoint > 0x10FFFFU) return Stop::Malformed;
@@ -180,19 +179,81 @@ Stop EncodeSupplementary(const Unit*& source, const Unit* end, char*& target, co
   return stop;
 }
 
-/// One character that is not ASCII.
 template <class Unit>
 Stop EncodeOne(const Unit*& source, const Unit* end, char*& target, const char* limit) {
   const std::uint32_t value = Value(*source);
-  if (value < 0x800U) {
+  if (value < 0x80U) {
+    if (target == limit) return Stop::Full;
+    *target++ = static_cast<char>(value);
+  } else if (value < 0x800U) {
     if (PutTwo(value, target, limit) != Stop::AtEnd) return Stop::Full;
-  } else if (value <= 0xFFFFU && !IsSurrogate(value)) {
+  } else if (value < 0xD800U || (value >= 0xE000U && value <= 0xFFFFU)) {
     if (PutThree(value, target, limit) != Stop::AtEnd) return Stop::Full;
   } else {
     return EncodeSupplementary(source, end, target, limit);
   }
   ++source;
   return Stop::AtEnd;
+}
+
+/// One character in 16-bit units; there is room, and two units can be read. False, and nothing moved, for any other.
+template <class Unit>
+bool EncodeWithRoom(const Unit*& source, char*& target) {
+  const std::uint32_t value = Value(*source);
+  const char* const limit = target + 4;
+  if (value < 0x80U) {
+    *target++ = static_cast<char>(value);
+  } else if (value < 0x800U) {
+    PutTwo(value, target, limit);
+  } else if (value < 0xD800U || (value >= 0xE000U && value <= 0xFFFFU)) {
+    PutThree(value, target, limit);
+  } else {
+    const std::uint32_t second = Value(source[1]);
+    if (!IsLead(value) || !IsTrailSurrogate(second)) return false;
+    PutFour((value << 10) + second - kPairOffset, target, limit);
+    ++source;
+  }
+  ++source;
+  return true;
+}
+
+/// True when each element takes three bytes.
+template <class Unit>
+bool IsThreeByteBlock(const Unit* source) {
+  std::uint32_t others = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) others |= static_cast<std::uint32_t>(Value(source[i]) - 0x800U >= 0xD000U);
+  return others == 0;
+}
+
+/// A block of elements that all take one byte, or all three. False, and nothing moved, for any other.
+template <class Unit>
+bool EncodeBlock(const Unit*& source, char*& target) {
+  const std::uint32_t first = Value(*source);
+  if (first < 0x80U && IsAsciiBlock(source)) {
+    for (std::size_t i = 0; i < kBlock; ++i) target[i] = static_cast<char>(source[i]);
+    target += kBlock;
+  } else if (first >= 0x800U && first < 0xD800U && IsThreeByteBlock(source)) {
+    for (std::size_t i = 0; i < kBlock; ++i) PutThree(Value(source[i]), target, target + 3);
+  } else {
+    return false;
+  }
+  source += kBlock;
+  return true;
+}
+
+/// Everything up to what is malformed, near the end or near the limit.
+template <class Unit>
+void EncodeBulk(const Unit*& source, const Unit* end, char*& target, const char* limit) {
+  constexpr std::ptrdiff_t kSourceMargin = kBlock + 1;
+  constexpr std::ptrdiff_t kTargetMargin = 4 * (kBlock + 1);
+  while (end - source >= kSourceMargin && limit - target >= kTargetMargin) {
+    if (EncodeBlock(source, target)) continue;
+    const Unit* const blockEnd = source + kBlock;
+    while (source < blockEnd)
+      if (!EncodeWithRoom(source, target) &&
+          EncodeSupplementary(source, blockEnd + 1, target, target + 4) != Stop::AtEnd)
+        return;
+  }
 }
 
 template <class Unit>
@@ -217,19 +278,8 @@ bool IsBeginning(unsigned lead, unsigned second) {
   return true;
 }
 
-/// True when each element is a character of its own in one 16-bit unit.
-bool IsPlainBlock(const wchar_t* source) {
-  std::uint32_t others = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {
-    const std::uint32_t value = Value(source[i]);
-    others |= static_cast<std::uint32_t>(IsSurrogate(value)) | (value >> 16);
-  }
-  return others == 0;
-}
-
 /// One character or half of one; there is room for two units.
-void NarrowOne(const wchar_t*& source, const wchar_t* end, char16_t*& target) {
-  constexpr char16_t kNoCharacter = 0xDFFF;
+void NarrowOne(const wchar_t*& source, const wchar_t* end, char16_t*& target, char16_t previous) {
   const std::uint32_t value = Value(*source++);
   if (value <= 0xFFFFU && !IsSurrogate(value)) {
     *target++ = static_cast<char16_t>(value);
@@ -239,36 +289,36 @@ void NarrowOne(const wchar_t*& source, const wchar_t* end, char16_t*& target) {
     *target++ = static_cast<char16_t>(value);
     *target++ = static_cast<char16_t>(*source++);
   } else {
-    *target++ = kNoCharacter;
+    *target++ = IsLead(previous) ? u'\xD800' : u'\xDFFF';
   }
 }
 
 }  // namespace
 
+// The cursors are kept in local variables while text is written: it could otherwise change them.
+
 template <class Unit>
 Stop DecodeUtf8(const char*& source, const char* end, Unit*& target, Unit* limit) {
-  while (source != end) {
-    if (Byte(*source) < 0x80U) {
-      if (!DecodeAscii(source, end, target, limit)) return Stop::Full;
-      continue;
-    }
-    const Stop stop = DecodeRun(source, end, target, limit);
-    if (stop != Stop::AtEnd) return stop;
-  }
-  return Stop::AtEnd;
+  const char* from = source;
+  Unit* to = target;
+  Stop stop = Stop::AtEnd;
+  DecodeBulk(from, end, to, limit);
+  while (from != end && stop == Stop::AtEnd) stop = DecodeOne(from, end, to, limit);
+  source = from;
+  target = to;
+  return stop;
 }
 
 template <class Unit>
 Stop EncodeUtf8(const Unit*& source, const Unit* end, char*& target, char* limit) {
-  while (source != end) {
-    if (Value(*source) < 0x80U) {
-      if (!EncodeAscii(source, end, target, limit)) return Stop::Full;
-      continue;
-    }
-    const Stop stop = EncodeOne(source, end, target, limit);
-    if (stop != Stop::AtEnd) return stop;
-  }
-  return Stop::AtEnd;
+  const Unit* from = source;
+  char* to = target;
+  Stop stop = Stop::AtEnd;
+  EncodeBulk(from, end, to, limit);
+  while (from != end && stop == Stop::AtEnd) stop = EncodeOne(from, end, to, limit);
+  source = from;
+  target = to;
+  return stop;
 }
 
 std::size_t MalformedLength(const char* source, const char* end) {
@@ -291,27 +341,27 @@ std::size_t Utf8StepLength(const char* source, const char* end) {
   return static_cast<std::size_t>(next - source);
 }
 
-void Narrow(const wchar_t*& source, const wchar_t* end, char16_t*& target, char16_t* limit) {
-  constexpr auto kCount = static_cast<std::ptrdiff_t>(kBlock);
-  while (source != end) {
-    if (end - source >= kCount && limit - target >= kCount && IsPlainBlock(source)) {
-      for (std::size_t i = 0; i < kBlock; ++i) target[i] = static_cast<char16_t>(source[i]);
-      source += kBlock;
-      target += kBlock;
-      continue;
-    }
-    const wchar_t* const blockEnd = end - source > kCount ? source + kCount : end;
-    while (source < blockEnd) {
-      if (limit - target < 2) return;
-      NarrowOne(source, end, target);
-    }
+bool NarrowPlain(const wchar_t* source, std::size_t length, char16_t* target) {
+  std::uint32_t all = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    all |= Value(source[i]);
+    target[i] = static_cast<char16_t>(source[i]);
+  }
+  return all <= 0xFFFFU;
+}
+
+void Narrow(const wchar_t*& source, const wchar_t* end, char16_t*& target, char16_t* limit, char16_t previous) {
+  while (source != end && limit - target >= 2) {
+    NarrowOne(source, end, target, previous);
+    previous = target[-1];
   }
 }
 
 template <class Unit>
 std::size_t AsciiLength(const Unit* source, std::size_t length) {
   std::size_t count = 0;
-  while (length - count >= kBlock && OrBlock(source + count) < 0x80U) count += kBlock;
+  while (length - count >= 8 * kBlock && IsAsciiBlock<8 * kBlock>(source + count)) count += 8 * kBlock;
+  while (length - count >= kBlock && IsAsciiBlock<kBlock>(source + count)) count += kBlock;
   while (count < length && Value(source[count]) < 0x80U) ++count;
   return count;
 }

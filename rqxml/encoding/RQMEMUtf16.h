@@ -28,9 +28,14 @@ std::size_t MalformedLength(const char* source, const char* end);
 /// The length in bytes of what stands at `source`: a character or what MalformedLength counts.
 std::size_t Utf8StepLength(const char* source, const char* end);
 
-/// UTF-16 in elements wider than 16 bits to plain 16-bit units; both cursors are moved. Elements that are no character
-/// (halves of surrogate pairs, values above 0x10FFFF) become lone low surrogates, which combine with nothing.
-void Narrow(const wchar_t*& source, const wchar_t* end, char16_t*& target, char16_t* limit);
+/// Copies elements that are wider than 16 bits to plain 16-bit units. False when one of them does not fit in 16 bits;
+/// the target is of no use then.
+bool NarrowPlain(const wchar_t* source, std::size_t length, char16_t* target);
+
+/// As NarrowPlain, for any elements, as many as fit; both cursors are moved. Elements that are no character (halves of
+/// surrogate pairs, values above 0x10FFFF) become surrogates that combine with none of their neighbours.
+/// @param previous the unit that stands before the target
+void Narrow(const wchar_t*& source, const wchar_t* end, char16_t*& target, char16_t* limit, char16_t previous);
 
 /// How many of the first elements are below 0x80.
 template <class Unit>
