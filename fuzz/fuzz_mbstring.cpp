@@ -130,14 +130,16 @@ void CheckConverter(const char* encoding, const std::string& a, const char* guar
   Check(length > 0 || codePoint == 0, "no character, no code point");
 }
 
+std::string UpToZero(const std::string& bytes) { return bytes.substr(0, bytes.find('\0')); }
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2 || size > 600) return 0;
   const std::string bytes = rqxml_fuzz::AsText(data + 2, size - 2);
   const std::size_t middle = data[1] % (bytes.size() + 1);
-  const std::string a = bytes.substr(0, middle).c_str();
-  const std::string b = bytes.substr(middle).c_str();
+  const std::string a = UpToZero(bytes.substr(0, middle));
+  const std::string b = UpToZero(bytes.substr(middle));
   const GuardedText guardedA(a);
   const GuardedText guardedB(b);
 

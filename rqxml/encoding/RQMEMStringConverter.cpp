@@ -58,7 +58,7 @@ class Reader {
 
   void Fill() {
     const std::size_t piece = strnlen(fAt, std::min(fLeft, kPiece));
-    const bool isLast = piece < kPiece || piece == fLeft;
+    const bool isLast = piece < kPiece;
     const char* const begin = fAt;
     if (fCanConvert)
       Convert(begin + piece, isLast);

@@ -27,7 +27,7 @@ std::string Copied(char* (*copy)(char*, const char*, std::size_t), const char* s
 
 class Generic : public testing::Test {
  protected:
-  ~Generic() override { SetUTF8mode(1); }
+  void TearDown() override { SetUTF8mode(1); }
 
   rqtest::TestLocale fLocale{"ja_JP.SJIS"};
 };

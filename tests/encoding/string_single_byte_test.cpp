@@ -24,7 +24,7 @@ class SingleByte : public testing::TestWithParam<int> {
     ASSERT_TRUE(fLocale.IsSet());
     locale::gSingleByte = GetParam();
   }
-  ~SingleByte() override {
+  void TearDown() override {
     locale::gSingleByte = 0;
     SetUTF8mode(1);
   }
