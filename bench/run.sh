@@ -31,6 +31,16 @@ echo '| document | 1k fields, ms | 10k fields, ms | 100k fields, ms | exponent |
 echo '|---|---|---|---|---|'
 bench '^growth_'
 echo
+echo '## Data models and statistics: what is read of a parsed document'
+echo
+echo '| fill, fields | MB | bare parse, ms | fill, ms | ratio | lower quartile | upper quartile |'
+echo '|---|---|---|---|---|---|---|'
+bench '^(datamodel|statistics)_fill'
+echo
+echo '| document | 1k fields, ms | 10k fields, ms | 100k fields, ms | exponent |'
+echo '|---|---|---|---|---|'
+bench '^(datamodel|statistics)_growth'
+echo
 echo '## Reading: peak memory'
 echo
 echo '| document, fields | bare parse, MB | this library, MB | variables kept, MB | (library - variables) / bare |'

@@ -4,12 +4,12 @@
 #include <array>
 #include <limits>
 #include <map>
-#include <optional>
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "reference_text.h"
+#include "slow_dom.h"
 
 namespace rqxml_fuzz {
 namespace {
@@ -49,39 +49,6 @@ const std::map<std::string, int>& StorageTypes() {
 
 // Whose rules a field is read by: those of models, or those of settings for the fields of one dictionary or the other.
 enum class Kind { Model, Data, Derived };
-
-const DOMElement* AsNamed(const DOMNode* node, const std::string& tag) {
-  if (node->getNodeType() != DOMNode::ELEMENT_NODE || SlowUTF8(node->getNodeName()) != tag) return nullptr;
-  return static_cast<const DOMElement*>(node);
-}
-
-std::vector<const DOMElement*> Children(const DOMElement& element, const std::string& tag) {
-  std::vector<const DOMElement*> found;
-  for (const DOMNode* child = element.getFirstChild(); child != nullptr; child = child->getNextSibling())
-    if (const DOMElement* match = AsNamed(child, tag)) found.push_back(match);
-  return found;
-}
-
-const DOMElement* FirstChild(const DOMElement& element, const std::string& tag) {
-  const std::vector<const DOMElement*> found = Children(element, tag);
-  return found.empty() ? nullptr : found.front();
-}
-
-const XMLCh* AttributeText(const DOMElement& element, const std::string& name) {
-  const xercesc::DOMAttr* attribute = element.getAttributeNode(SlowUTF16(name).data());
-  return attribute == nullptr ? nullptr : attribute->getValue();
-}
-
-std::optional<std::string> Attribute(const DOMElement& element, const std::string& name) {
-  const XMLCh* text = AttributeText(element, name);
-  if (text == nullptr) return std::nullopt;
-  return SlowUTF8(text);
-}
-
-std::optional<double> NumberAttribute(const DOMElement& element, const std::string& name) {
-  const XMLCh* text = AttributeText(element, name);
-  return text == nullptr ? std::nullopt : SlowDouble(text);
-}
 
 struct Field {
   std::string name;

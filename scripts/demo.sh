@@ -32,9 +32,19 @@ show vars --bins --derived --fields 'rent,log rent' examples/settings/regression
 show get examples/settings/regression.xml quantiles
 show get examples/settings/regression.xml steps --scope stepping/limits
 
+# A data-model document, and the statistics that two models keep; those of two fields cannot be read, which is told.
+show vars --field-roles --flag --count 5 examples/datamodel/loans.xml
+show stats examples/bicycles.pmml
+show stats --model ticket examples/bicycles.pmml || [[ $? -eq 1 ]]
+show stats --json --field ticket --model ticket examples/bicycles.pmml
+
 # The models of four splits of the data become one document, whose variables are those of the models and the split
 # variables.
 combined="$(mktemp -d)"
 trap 'rm -rf "$combined"' EXIT
 show combine -o "$combined/spending.pmml" --manifest examples/splits/splits.csv --label "region=Sales region"
 show vars "$combined/spending.pmml"
+
+# Pictures of the fields, and a page about a whole document.
+show stats --field weekday --svg "$combined/pictures" --html "$combined/bicycles.html" examples/bicycles.pmml
+ls "$combined/pictures"

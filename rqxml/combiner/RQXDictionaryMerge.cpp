@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "rqxml/combiner/RQXSplitPMMLCombiner.h"
 #include "rqxml/combiner/RQXSubsequence.h"
+#include "rqxml/combiner/RQXSubtree.h"
 #include "rqxml/xml/RQXMLUtil.h"
 
 namespace RQXPrsUtil {
@@ -12,16 +14,10 @@ using xercesc::DOMNode;
 
 namespace {
 
-/// The next node of the subtree of `root` in document order, or null.
-DOMNode* NextInSubtree(const DOMNode* root, DOMNode* node) {
-  if (DOMNode* const child = node->getFirstChild()) return child;
-  while (node != root && !node->getNextSibling()) node = node->getParentNode();
-  return node == root ? nullptr : node->getNextSibling();
-}
-
 /// Every element of that name below `root`, in document order, and the attribute's text of those that have it.
 void EnumDescendants(const DOMNode* root, const char* tagName, const char* attribute, std::vector<DOMNode*>& elements,
                      std::vector<std::string>& texts) {
+  if (!root) return;
   for (DOMNode* node = root->getFirstChild(); node; node = NextInSubtree(root, node)) {
     const DOMElement* const element = AsElement(*node, tagName);
     if (!element) continue;
@@ -120,7 +116,8 @@ void RQXSplitPMMLCombiner::UpdateDataDict(const DOMElement* source, DOMNode* tar
 /// A known field's values go to the output field at the same position, wherever its name stands there: split
 /// documents list their fields in one order.
 void RQXSplitPMMLCombiner::MergeValues(DOMNode* sourceField, std::size_t position) {
-  if (position >= fDataFields.size()) return;
+  // The lists differ in length after an export, and after a merge that ran out of memory.
+  if (position >= std::min(fDataFields.size(), fKnownValues.size())) return;
   std::vector<DOMNode*> elements;
   Strings values;
   EnumValuesOfDataField(sourceField, elements, values);

@@ -13,6 +13,10 @@ namespace RQXPrsUtil {
 ///   below them
 xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode& source, bool deep);
 
+/// Declares at `copy`, which is to stand below `target`, the namespace prefixes that it uses and that only what was
+/// around `source` declares. A prefix that `target` knows keeps what it means there.
+void DeclarePrefixes(xercesc::DOMElement& copy, const xercesc::DOMNode& source, const xercesc::DOMNode& target);
+
 }  // namespace RQXPrsUtil
 
 #endif

@@ -57,7 +57,10 @@ RQCommon::RQStatus RQXSplitPMMLCombiner::MergeModelToMiningModel(DOMDocument* do
 DOMNode* RQXSplitPMMLCombiner::CopyInto(const DOMNode* source, DOMNode* target, bool deep) {
   if (!source || !target || !fOutput) return nullptr;
   DOMNode* const copy = CopyNode(*fOutput, *source, deep);
-  return copy ? target->appendChild(copy) : nullptr;
+  if (!copy) return nullptr;
+  // The elements around a piece stay behind, with what they declare.
+  if (deep && AsElement(*copy, nullptr)) DeclarePrefixes(*static_cast<DOMElement*>(copy), *source, *target);
+  return target->appendChild(copy);
 }
 
 DOMElement* RQXSplitPMMLCombiner::CreateInto(DOMNode* target, const char* tagName) {

@@ -1,5 +1,6 @@
 #include "rqxml/combiner/RQXSplitPMMLCombiner.h"
 
+#include <algorithm>
 #include <ostream>
 #include <xercesc/dom/DOMDocument.hpp>
 
@@ -10,9 +11,9 @@
 namespace RQXPrsUtil {
 
 RQXSplitPMMLCombiner::RQXSplitPMMLCombiner(const RQVarList& splitVars) : fSplitVars(splitVars) {
-  fPlatformStarted = StartPlatform().IsOK();
   InitStandardPMMLModels();
   InitSplitVarMetadata(splitVars);
+  fPlatformStarted = StartPlatform().IsOK();  // last: when anything above throws, no destructor stops it
 }
 
 RQXSplitPMMLCombiner::~RQXSplitPMMLCombiner() {
@@ -46,6 +47,8 @@ RQCommon::RQStatus RQXSplitPMMLCombiner::ExportMiningModel(const std::string& fi
   fOutputDataDict = nullptr;
   fOutputMiningSchema = nullptr;
   fOutputSegmentation = nullptr;
+  // The lists keep their entries, but what these point to is gone.
+  std::fill(fDataFields.begin(), fDataFields.end(), nullptr);
   return fStatus;
 }
 

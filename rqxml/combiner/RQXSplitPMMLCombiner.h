@@ -25,6 +25,10 @@ class RQXMLReadWrite;
 /// it lacks, and a segment. What the document already has is never changed: the first definition of a field wins. One
 /// combiner makes one document: after an export use a new one.
 ///
+/// What is copied is copied as it stands, with two exceptions that keep the document readable: references to entities
+/// are replaced by what they stand for, and a copied piece declares the namespace prefixes that it uses when what was
+/// around it declared them and nothing around the copy does.
+///
 /// The XML library is held up as long as the object lives. Constructing and destroying objects must not run
 /// concurrently with anything else that starts or stops the XML library; one object is used by one thread at a time.
 class RQ_API RQXSplitPMMLCombiner {

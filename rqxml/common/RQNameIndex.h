@@ -10,22 +10,24 @@
 
 namespace RQMTD_NAMESPACE {
 
-// Tells whether a list knows a name. Not installed.
+// Finds the names of a list. Not installed.
 //
 // A table of (hash, position) pairs in one block of memory with linear probing. Lists of a hundred thousand variables
 // are filled through it, where a set with one node for each name spends most of its time waiting for memory. The
 // names stay where they are: the caller hands in a function that gives the name at a position.
 class RQNameIndex {
  public:
-  // True when one of the inserted positions has this name.
+  static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+
+  // The inserted position that has this name, or kNone.
   template <typename NameAt>
-  bool Contains(std::string_view name, NameAt nameAt) const {
-    if (fSlots.empty()) return false;
+  std::size_t Find(std::string_view name, NameAt nameAt) const {
+    if (fSlots.empty()) return kNone;
     const std::uint32_t hash = Hash(name);
     for (std::size_t i = hash & Mask(); fSlots[i].position != kFree; i = (i + 1) & Mask()) {
-      if (fSlots[i].hash == hash && nameAt(fSlots[i].position) == name) return true;
+      if (fSlots[i].hash == hash && nameAt(fSlots[i].position) == name) return fSlots[i].position;
     }
-    return false;
+    return kNone;
   }
 
   // Makes room for one more name. When memory runs out here, nothing has changed.

@@ -128,7 +128,7 @@ int RQVarList::Keep(std::unique_ptr<RQVariable> variable) {
 bool RQVarList::Accepts(const std::string& name) const {
   const auto& variables = fContents->variables;
   const auto nameAt = [&variables](std::size_t position) -> const std::string& { return variables[position]->fName; };
-  return !name.empty() && !fContents->names.Contains(name, nameAt);
+  return !name.empty() && fContents->names.Find(name, nameAt) == RQNameIndex::kNone;
 }
 
 RQVariable* RQVarList::Find(int index) const {

@@ -35,12 +35,27 @@ const xercesc::DOMElement* RQXDiscretizeIndex::Next() {
   return nullptr;
 }
 
+const xercesc::DOMElement* RQXDiscretizeIndex::FindPassed(std::string_view field) const {
+  const std::size_t position = fIndex.Find(field, [this](std::size_t at) { return fPassed[at].field; });
+  return position == RQMTD_NAMESPACE::RQNameIndex::kNone ? nullptr : fPassed[position].discretize;
+}
+
+void RQXDiscretizeIndex::Pass(std::string_view field) {
+  fIndex.ReserveOne();
+  fPassed.push_back({field, fDiscretize});
+  fIndex.Insert(field, fPassed.size() - 1);
+}
+
 const xercesc::DOMElement* RQXDiscretizeIndex::Find(const XMLCh* fieldName) {
-  if (const auto passed = fPassed.find(AsView(fieldName)); passed != fPassed.end()) return passed->second;
+  const std::string_view wanted = AsBytes(AsView(fieldName));
+  if (const xercesc::DOMElement* const passed = FindPassed(wanted)) return passed;
   while (const xercesc::DOMElement* const discretize = Next()) {
     const XMLCh* const field = AttributeOf(*discretize, kField);
-    if (!field || !fPassed.emplace(AsView(field), discretize).second) continue;  // the first one stays
-    if (XStrEquals(field, fieldName)) return discretize;
+    if (!field) continue;
+    const std::string_view name = AsBytes(AsView(field));
+    const bool found = name == wanted;
+    if (found || !FindPassed(name)) Pass(name);  // the first one stays
+    if (found) return discretize;
   }
   return nullptr;
 }

@@ -3,9 +3,9 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "rqxml/common/RQNameIndex.h"
 #include "rqxml/xml/RQXercesFwd.h"
 
 namespace RQXPrsUtil {
@@ -27,11 +27,20 @@ class RQXDiscretizeIndex {
   const xercesc::DOMElement* Find(const XMLCh* fieldName);
 
  private:
+  /// A field that the walk has met, by the bytes of its name, with its first "Discretize".
+  struct Passed {
+    std::string_view field;
+    const xercesc::DOMElement* discretize;
+  };
+
   const xercesc::DOMElement* Next();
+  const xercesc::DOMElement* FindPassed(std::string_view field) const;
+  void Pass(std::string_view field);
 
   const xercesc::DOMElement* fDerived;               // where the walk is; null at its end
   const xercesc::DOMElement* fDiscretize = nullptr;  // the last one met below it
-  std::unordered_map<std::u16string_view, const xercesc::DOMElement*> fPassed;
+  std::vector<Passed> fPassed;
+  RQMTD_NAMESPACE::RQNameIndex fIndex;
 };
 
 /// Reads the bins of a "Discretize" in document order, neither sorted nor checked. A right margin that is absent or no

@@ -1,13 +1,11 @@
 #ifndef RQXML_PMML_RQPMMLFIELDFILTER_H
 #define RQXML_PMML_RQPMMLFIELDFILTER_H
 
-#include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
+#include "rqxml/common/RQNameIndex.h"
 #include "rqxml/xml/RQXercesFwd.h"
 
 namespace RQXPrsUtil {
@@ -22,13 +20,12 @@ class RQPMMLFieldFilter {
   bool Wants(const xercesc::DOMElement& field) const;
 
  private:
-  struct Hash {
-    using is_transparent = void;  // asked with a view of the document's own text
-    std::size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>()(name); }
-  };
+  bool Knows(std::string_view name) const;
 
   bool fAll;
-  std::unordered_set<std::u16string, Hash, std::equal_to<>> fNames;
+  std::u16string fText;                  // all names, one behind the other
+  std::vector<std::string_view> fNames;  // their bytes
+  RQMTD_NAMESPACE::RQNameIndex fIndex;
 };
 
 }  // namespace RQXPrsUtil

@@ -111,6 +111,7 @@ RQCommon::RQStatus RQPMMLParser::FillVarList(RQMTD_NAMESPACE::RQVarList& vars, c
   RQXField field;
   for (auto* element = FirstChild(*fDataDictionary, Names::kDataField); element;
        element = NextSibling(*element, Names::kDataField)) {
+    PrefetchNext(*element);
     if (!filter.Wants(*element)) continue;
     Prefetch(*element);
     RQCommon::RQStatus status = ReadField(*element, kDataFieldDialect, field);

@@ -8,6 +8,7 @@
 
 #include "rqxml/common/RQExport.h"
 #include "rqxml/common/RQStatus.h"
+#include "rqxml/common/RQUniStats.h"
 #include "rqxml/common/RQVarList.h"
 #include "rqxml/xml/RQXercesFwd.h"
 
@@ -67,6 +68,28 @@ class RQ_API RQPMMLParser {
   RQCommon::RQStatus FillVarList(RQMTD_NAMESPACE::RQVarList& vars, const std::vector<std::string>& names,
                                  bool useBins) const;
 
+  /// Reads the statistics of the next field of the chosen model: those of the first "UnivariateStats" of its
+  /// "ModelStats" when `cursor` is null, else those of the next one behind it. A field with "NumericInfo" is
+  /// continuous, any other categorical.
+  /// @param stats  receives the statistics; after any status but OK, and when there is no further field, as it was. A
+  ///   field with "NumericInfo" but without "ContStats" leaves it as it was too, and gives OK when it is valid: take a
+  ///   new object for each field.
+  /// @param cursor moves to the element that was read, also when reading it fails, so that the next call goes on
+  ///   behind it; null when there is no further field. Start with null; valid as long as the document.
+  /// @return OK; the status of the last parse when that is not OK; 107 without a document; 112 without a model
+  ///   element; 108 for a missing "field", "totalFreq", "type", "closure", or an interval without any margin; 109 for
+  ///   a value that is no number, a negative total, an array that is neither "real" nor "int", a left margin not
+  ///   below its right margin; 113 for a missing "Counts", "DiscrStats", its "Array", or the "Array" of "ContStats";
+  ///   114 for counts that are no numbers or negative; 115 for intervals that contradict one another or the number
+  ///   of counts; 116 for a negative standard deviation or statistics that are not valid
+  RQCommon::RQStatus FillUniStats(RQMTD_NAMESPACE::RQUniStats& stats, const xercesc::DOMElement*& cursor) const;
+
+  /// An extension, off by default: many writers put the categories' texts before the counts of a discrete field, or
+  /// leave out the histogram of a continuous one. When on, FillUniStats passes over leading text arrays of
+  /// "DiscrStats" (instead of 109), and "NumericInfo" without "ContStats" gives statistics without a histogram
+  /// (instead of 116). Nothing else changes. Stays set over later parses.
+  void SetLenientStatistics(bool lenient);
+
  protected:
   /// Reads the bins that the transformation dictionary (which must be there) defines for the field `fieldName`
   /// (UTF-8): those of the first "Discretize" of that field.
@@ -76,6 +99,28 @@ class RQ_API RQPMMLParser {
   /// @return false, with both lists empty, when the field is not discretised
   bool SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,
                           std::vector<std::string>& labels) const;
+
+  /// Reads the category counts of a "UnivariateStats" element into `stats`, which is replaced only when all is good.
+  /// @param total the total frequency, already examined
+  RQCommon::RQStatus FillUniStatsCat(RQMTD_NAMESPACE::RQUniStats& stats, const std::string& name, double total,
+                                     const xercesc::DOMElement& element) const;
+
+  /// Reads the summary statistics and the histogram of a "UnivariateStats" element into `stats`, which is replaced
+  /// only when all is good and there is a "ContStats" (or the reading is lenient).
+  RQCommon::RQStatus FillUniStatsCont(RQMTD_NAMESPACE::RQUniStats& stats, const std::string& name, double total,
+                                      const xercesc::DOMElement& element) const;
+
+  /// Reads the intervals of a "ContStats" element and their counts.
+  /// @param cutPoints   receives the margins in ascending order, the system-missing value for an open end
+  /// @param frequencies receives the counts, one less than cut points
+  /// @param openAtLeft  receives whether the intervals exclude their left margins
+  RQCommon::RQStatus FillCutPointsFreqs(std::vector<double>& cutPoints, std::vector<double>& frequencies,
+                                        bool& openAtLeft, const xercesc::DOMElement& contStats) const;
+
+  /// Reads one "Interval": its margins (the system-missing value for one that is absent) and whether it is open at
+  /// the left.
+  RQCommon::RQStatus ExtractInterval(double& left, double& right, bool& openAtLeft,
+                                     const xercesc::DOMElement& interval) const;
 
   /// What every operation that reads the document starts from: the kept status, or 107 without a document.
   RQCommon::RQStatus GetReadiness() const;
@@ -88,8 +133,10 @@ class RQ_API RQPMMLParser {
   const xercesc::DOMElement* fDataDictionary = nullptr;   ///< "DataDictionary"
   const xercesc::DOMElement* fTransDictionary = nullptr;  ///< "TransformationDictionary", may be absent
   const xercesc::DOMElement* fModelElement = nullptr;     ///< chosen by SetModelElmt
+  bool fLenientStatistics = false;                        ///< see SetLenientStatistics
 
  private:
+  RQ_LOCAL RQCommon::RQStatus ReadFrequencies(std::vector<double>& frequencies, const xercesc::DOMElement& array) const;
   RQ_LOCAL RQCommon::RQStatus FindElements();
   RQ_LOCAL void ForgetDocument();
 };

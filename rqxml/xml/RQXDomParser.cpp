@@ -19,6 +19,7 @@
 #include "rqxml/xml/RQXInputSource.h"
 #include "rqxml/xml/RQXMLUtil.h"
 #include "rqxml/xml/RQXPlatform.h"
+#include "rqxml/xml/RQXProlog.h"
 #include "rqxml/xml/RQXStatusCodes.h"
 #include "rqxml/xml/RQXText.h"
 #include "rqxml/xml/RQXWatchedSource.h"
@@ -105,8 +106,18 @@ void RQXDomParser::ParseWatched(const xercesc::InputSource& source) {
       fWatchFailed = true;  // the library's readers give nothing back when an exception leaves their first read
     }
   };
-  parse(RQXWatchedSource(source, watcher));
+  RQXWatchedSource watched(source, watcher);
+  ChooseScanner(watched.ReadBeginning());
+  parse(watched);
   if (fWatchFailed) throw std::bad_alloc();
+}
+
+void RQXDomParser::ChooseScanner(std::string_view beginning) {
+  const XMLCh* const name =
+      ShowsNoDoctype(beginning) ? xercesc::XMLUni::fgWFXMLScanner : xercesc::XMLUni::fgIGXMLScanner;
+  if (xercesc::XMLString::equals(getScanner()->getName(), name)) return;
+  useScanner(name);
+  getScanner()->setErrorReporter(this);
 }
 
 void RQXDomParser::Watch(std::string_view bytes) {
@@ -156,7 +167,7 @@ void RQXDomParser::endDocument() {
 void RQXDomParser::startElement(const xercesc::XMLElementDecl& declaration, const unsigned int uriId,
                                 const XMLCh* const prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                 const XMLSize_t attributeCount, const bool isEmpty, const bool isRoot) {
-  if (!RQXInputLimits::AdmitsElement(declaration.getId(), attributeCount)) StopForNames();
+  if (!fLimits.AdmitsElement(declaration, attributeCount)) StopForNames();
   XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
 

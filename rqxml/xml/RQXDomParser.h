@@ -61,6 +61,9 @@ class RQXDomParser final : public xercesc::XercesDOMParser {
   template <class Step>
   Result Run(Step step);
   void ParseWatched(const xercesc::InputSource& source);
+  /// The library has a scanner that knows nothing of document types and is faster. Without a document type
+  /// declaration both build the same tree and find the same errors at the same places.
+  void ChooseScanner(std::string_view beginning);
   void Watch(std::string_view bytes);
   Result GetResult();
   void Fail(const XMLCh* message);

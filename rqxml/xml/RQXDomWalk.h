@@ -13,18 +13,38 @@
 
 namespace RQXPrsUtil {
 
-/// Asks the processor to load the element with all that is below it. The library lays the nodes of a parsed document
-/// out in document order, and reading a large document is mostly waiting for memory. A hint, without any effect on
-/// what is read.
-inline void Prefetch(const xercesc::DOMElement& element) {
-  constexpr std::uintptr_t kMost = 16 * 1024;
+/// Hints for the processor, without any effect on what is read. Reading a large document is mostly waiting for memory,
+/// and the library lays the nodes of a parsed document out in document order.
+namespace Memory {
+
+/// Asks for `size` bytes from an address on.
+inline void Prefetch(std::uintptr_t first, std::uintptr_t size) {
   constexpr std::uintptr_t kCacheLine = 64;
-  const auto first = reinterpret_cast<std::uintptr_t>(&element);
-  const auto end = reinterpret_cast<std::uintptr_t>(element.getNextSibling());
-  if (end < first || end - first > kMost) return;
-  for (std::uintptr_t line = first; line < end; line += kCacheLine) {
+  for (std::uintptr_t line = first; line < first + size; line += kCacheLine) {
     __builtin_prefetch(reinterpret_cast<const void*>(line));
   }
+}
+
+/// How many bytes the element takes with all that is below it; 0 when that cannot be told, or is much.
+inline std::uintptr_t SizeOf(const xercesc::DOMElement& element) {
+  constexpr std::uintptr_t kMost = 16 * 1024;
+  const auto first = reinterpret_cast<std::uintptr_t>(&element);
+  const auto end = reinterpret_cast<std::uintptr_t>(element.getNextSibling());
+  return end < first || end - first > kMost ? 0 : end - first;
+}
+
+}  // namespace Memory
+
+/// Asks for the element with all that is below it.
+inline void Prefetch(const xercesc::DOMElement& element) {
+  Memory::Prefetch(reinterpret_cast<std::uintptr_t>(&element), Memory::SizeOf(element));
+}
+
+/// Asks for the beginning of what follows the element, where an element like it has its attributes.
+inline void PrefetchNext(const xercesc::DOMElement& element) {
+  constexpr std::uintptr_t kBeginning = 1024;
+  const std::uintptr_t size = Memory::SizeOf(element);
+  Memory::Prefetch(reinterpret_cast<std::uintptr_t>(&element) + size, size < kBeginning ? size : kBeginning);
 }
 
 /// The first of `node` and its following siblings that is an element and fits; null when there is none.

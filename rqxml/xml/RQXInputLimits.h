@@ -4,9 +4,30 @@
 #include <array>
 #include <cstddef>
 #include <unordered_set>
-#include <xercesc/util/XercesDefs.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
 
 namespace RQXPrsUtil {
+
+/// Counts different names. Each name has one object of its own, by whose address it is known.
+class RQXNameCount {
+ public:
+  void Restart() {
+    fRecent.fill(nullptr);
+    fNames.clear();
+  }
+
+  /// False when this name would be one more than `most`.
+  bool Admits(const void* name, std::size_t most) {
+    const void*& recent = fRecent[(reinterpret_cast<std::size_t>(name) >> 4) % fRecent.size()];
+    if (recent == name) return true;
+    recent = name;
+    return fNames.size() < most ? (fNames.insert(name), true) : fNames.count(name) > 0;
+  }
+
+ private:
+  std::array<const void*, 64> fRecent{};
+  std::unordered_set<const void*> fNames;
+};
 
 /// Keeps an eye on what makes the XML library slow out of proportion: many different names.
 ///
@@ -20,30 +41,25 @@ class RQXInputLimits {
 
   /// A new document starts.
   void Restart() {
-    fRecent.fill(nullptr);
-    fNames.clear();
+    fElements.Restart();
+    fAttributes.Restart();
   }
 
-  /// `number` counts the different element names so far.
-  static bool AdmitsElement(std::size_t number, std::size_t attributeCount) {
-    return number <= kMostNames && attributeCount <= kMostNames;
+  /// `declaration` is what the library made for elements of this name.
+  bool AdmitsElement(const xercesc::XMLElementDecl& declaration, std::size_t attributeCount) {
+    return attributeCount <= kMostNames && fElements.Admits(&declaration, kMostNames);
   }
 
   /// `pooledName` is the name's one copy in the document's name pool.
-  bool AdmitsAttribute(const XMLCh* pooledName) {
-    const XMLCh*& recent = fRecent[(reinterpret_cast<std::size_t>(pooledName) >> 4) % fRecent.size()];
-    if (recent == pooledName) return true;
-    recent = pooledName;
-    return fNames.size() < kMostNames ? (fNames.insert(pooledName), true) : fNames.count(pooledName) > 0;
-  }
+  bool AdmitsAttribute(const XMLCh* pooledName) { return fAttributes.Admits(pooledName, kMostNames); }
 
   /// How many attributes the start tag has that is being read; the scanner compares them with each other before it
   /// reports any.
   static bool AdmitsTag(std::size_t attributeCount) { return attributeCount <= kMostNames; }
 
  private:
-  std::array<const XMLCh*, 64> fRecent{};
-  std::unordered_set<const XMLCh*> fNames;
+  RQXNameCount fElements;
+  RQXNameCount fAttributes;
 };
 
 }  // namespace RQXPrsUtil

@@ -39,6 +39,11 @@ inline std::u16string_view AsView(const XMLCh* string) {
   return string ? std::u16string_view(string) : std::u16string_view();
 }
 
+/// The bytes of the units, as a key.
+inline std::string_view AsBytes(std::u16string_view text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(XMLCh)};
+}
+
 }  // namespace RQXPrsUtil
 
 #endif

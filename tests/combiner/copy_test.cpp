@@ -274,6 +274,52 @@ TEST_F(Copy, EntityDeeperThanTheStackOfTheLibraryIsReplaced) {
   EXPECT_EQ(Count(Combine({source}), "<n>"), 199);
 }
 
+// Namespaces
+
+TEST_F(Copy, PrefixesThatOnlyWhatStaysBehindDeclaresAreDeclaredAtTheCopies) {
+  const std::string transformations =
+      "<TransformationDictionary xmlns:t=\"urn:t\" xmlns:unused=\"u\"><DerivedField name=\"d\"><t:a t:b=\"c\"/>"
+      "</DerivedField><DerivedField name=\"e\"/></TransformationDictionary>";
+  const std::string model =
+      "<TreeModel functionName=\"classification\" xmlns:m=\"urn:m\"><MiningSchema><MiningField m:a=\"b\" name=\"x\"/>"
+      "</MiningSchema><q:Node/></TreeModel>";
+  const std::string source =
+      "<PMML xmlns:q=\"urn:q\" xmlns:x=\"urn:other\"><DataDictionary xmlns:d=\"urn:d\">"
+      "<DataField name=\"x\"><Value d:a=\"b\" value=\"v\"/></DataField><DataField name=\"y\"><q:e "
+      "x:f=\"\"/></DataField>"
+      "</DataDictionary>" +
+      transformations + model + "</PMML>";
+  ASSERT_EQ(Add("<PMML xmlns:x=\"urn:x\">" + Dictionary(NamedField("x")) + Model({"z"}) + "</PMML>", {"1"}), Ok());
+  ASSERT_EQ(Add(source, {"2"}), Ok());
+  const std::string text = Export();
+  EXPECT_THAT(text, HasSubstr("<DataField name=\"x\"><Value d:a=\"b\" value=\"v\" xmlns:d=\"urn:d\"/></DataField>"));
+  EXPECT_THAT(text, HasSubstr("<DataField name=\"y\" xmlns:q=\"urn:q\"><q:e x:f=\"\"/></DataField>"));
+  EXPECT_THAT(text, HasSubstr("<MiningField m:a=\"b\" name=\"x\" xmlns:m=\"urn:m\"/></MiningSchema><Segmentation"));
+  EXPECT_THAT(text, HasSubstr("<TreeModel functionName=\"classification\" xmlns:m=\"urn:m\" xmlns:q=\"urn:q\">"
+                              "<MiningSchema><MiningField m:a=\"b\" name=\"x\"/></MiningSchema><q:Node/>"
+                              "<LocalTransformations><DerivedField name=\"d\" xmlns:t=\"urn:t\"><t:a t:b=\"c\"/>"
+                              "</DerivedField><DerivedField name=\"e\"/></LocalTransformations></TreeModel>"));
+  EXPECT_EQ(Count(text, "urn:other") + Count(text, "unused"), 0);
+}
+
+TEST_F(Copy, PrefixThatTheDocumentOrThePieceDeclaresIsNotDeclaredAgain) {
+  const std::string content = "<p:a/><n xmlns:q=\"urn:inner\"><q:b/></n>";
+  const std::string source = "<PMML xmlns:p=\"urn:p\">" + Model({"x"}, content) + "</PMML>";
+  EXPECT_EQ(Combine({source, source}),
+            "<PMML xmlns:p=\"urn:p\">" +
+                Mining(Schema({"x", "x"}) +
+                       Segmentation(Segment("1", Model({"x"}, content)) + Segment("2", Model({"x"}, content)))) +
+                "</PMML>");
+}
+
+TEST_F(Copy, NearestDeclarationOfAPrefixIsTheOneThatIsCopied) {
+  const std::string transformations =
+      "<TransformationDictionary xmlns:p=\"urn:near\"><DerivedField p:a=\"b\"/></TransformationDictionary>";
+  ASSERT_EQ(Add(Source({"x"}), {"1"}), Ok());
+  ASSERT_EQ(Add("<PMML xmlns:p=\"urn:far\">" + transformations + Model({"x"}) + "</PMML>", {"2"}), Ok());
+  EXPECT_THAT(Export(), HasSubstr("<DerivedField p:a=\"b\" xmlns:p=\"urn:near\"/>"));
+}
+
 // Whatever has a good status can be read again
 
 struct OddSource {
@@ -299,7 +345,8 @@ TEST_P(Readable, WhatIsWrittenWithAGoodStatus) {
   }
   if (std::filesystem::exists("/usr/bin/python3")) {
     const std::string script =
-        "import sys, xml.parsers.expat as e; e.ParserCreate().ParseFile(open(sys.argv[1], 'rb'))";
+        "import sys, xml.parsers.expat as e; e.ParserCreate(namespace_separator=' ').ParseFile(open(sys.argv[1], "
+        "'rb'))";
     EXPECT_EQ(std::system(("/usr/bin/python3 -c \"" + script + "\" " + path).c_str()), 0) << ReadFile(path);
   }
 }
@@ -318,6 +365,10 @@ INSTANTIATE_TEST_SUITE_P(
         OddSource{"Planes", InPmml(Model({"x"}, "<Node a='&#x1F600;'>&#x10FFFF;&#xFFFD;\xF0\x9F\x98\x80</Node>"))},
         OddSource{"Prefixes", "<PMML xmlns:p='urn:p'>" + Model({"x"}, "<p:a p:b='c'/>") + "</PMML>"},
         OddSource{"LocalPrefixes", InPmml(Model({"x"}, "<a xmlns='urn:a'><b xmlns=''/><q:c xmlns:q='urn:q'/></a>"))},
+        OddSource{"PrefixesOfWhatStaysBehind",
+                  InPmml("<TransformationDictionary xmlns:t='urn:t'><DerivedField><t:a/></DerivedField>"
+                         "</TransformationDictionary>" +
+                         Model({"x"}))},
         OddSource{"XmlAttributes", InPmml(Model({"x"}, "<a xml:space='preserve' xml:lang='de' xml:id='i'/>"))},
         OddSource{"DefaultAttributes", "<!DOCTYPE PMML [<!ATTLIST Node a CDATA 'default'>]>" + InPmml(Model({"x"}))},
         OddSource{"Notations",
@@ -328,8 +379,10 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.behaviour; });
 
 TEST_F(Copy, ValueThatXmlCannotHoldIsAFailedWrite) {
-  ASSERT_EQ(Add(Source({"x"}), {"a\x01z"}), Ok());
-  EXPECT_EQ(Combiner().ExportMiningModel(File("out.pmml")), Failure(118));
+  for (const char* value : {"a\x01z", "\x1F", "\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+    ASSERT_EQ(Add(InPmml(Model({"x"})), {value}), Ok());
+    EXPECT_EQ(Combiner().ExportMiningModel(File("out.pmml")), Failure(118)) << value;
+  }
 }
 
 // The parser takes names beyond the basic plane; the library's import does not.
@@ -341,6 +394,30 @@ TEST_F(Copy, ElementWhoseNameCannotBeCopiedIsLeftOutWithItsContent) {
   EXPECT_NO_THROW(EXPECT_EQ(Add(source, {"2"}), Ok()));
   EXPECT_EQ(Combiner().GetNModels(), 2);
   EXPECT_THAT(Export(), HasSubstr(Segment("1", Model({"x"})) + Segment("2", Model({"x"}))));
+}
+
+TEST_F(Copy, ModelThatCannotBeCopiedLeavesItsSegmentWhichCounts) {
+  const std::string odd = "<TreeModel functionName=\"classification\" a\xF0\x9F\x98\x80=\"1\"/>";
+  const std::string dictionary = "<TransformationDictionary><DerivedField name=\"d\"/></TransformationDictionary>";
+  ASSERT_EQ(Add(Source({"x"}), {"1"}), Ok());
+  EXPECT_EQ(Add(InPmml(dictionary + odd), {"2"}), Ok());
+  EXPECT_EQ(Combiner().GetNModels(), 2);
+  EXPECT_THAT(Export(), HasSubstr(Segmentation(Segment("1", Model({"x"})) + Segment("2", ""))));
+}
+
+TEST_F(Copy, FieldsAndValuesThatCannotBeCopiedAreNotTakenAsKnown) {
+  const std::string odd = " a\xF0\x9F\x98\x80=\"1\"";
+  const std::string oddFields =
+      "<DataField name=\"x\"><Value value=\"v\"" + odd + "/></DataField><DataField name=\"y\"" + odd + "/>";
+  const std::string oddSchema = "<MiningSchema><MiningField name=\"y\"" + odd + "/></MiningSchema>";
+  const std::string oddSource =
+      InPmml(Dictionary(oddFields) + "<TreeModel functionName=\"classification\">" + oddSchema + "</TreeModel>");
+  ASSERT_EQ(Add(Source({"x"}), {"1"}), Ok());
+  ASSERT_EQ(Add(oddSource, {"2"}), Ok());
+  ASSERT_EQ(Add(InPmml(Dictionary(NamedField("x", {"v"}) + NamedField("y")) + Model({"y"})), {"1"}), Ok());
+  const std::string text = Export();
+  EXPECT_THAT(text, HasSubstr(Dictionary(3, NamedField("x", {"v"}) + kRegionField + NamedField("y"))));
+  EXPECT_THAT(text, HasSubstr(CombinedSchema({"x"}, {"y"})));
 }
 
 // Deep documents

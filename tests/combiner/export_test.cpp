@@ -95,6 +95,34 @@ TEST_F(Export, FileBehindAnExportFoundsADocumentOfItsOwn) {
   EXPECT_EQ(ExportTo(""), Ok());
 }
 
+TEST_F(Export, FilesBehindAnExportDoNotReachForTheReleasedDocument) {
+  // What is made of them means nothing, since the lists of the first document are kept; but it is a document.
+  const std::string first = InPmml(Dictionary(NamedField("x", {"a"}) + NamedField("y")) + Model({"x", "y"}));
+  const std::string second = InPmml(Dictionary(NamedField("y", {"b"}) + NamedField("z", {"c"})) + Model({"z"}));
+  const std::string bare = InPmml(R"(<TreeModel functionName="classification"/>)");
+  int models = 0;
+  for (const Texts& documents :
+       {Texts{first, second}, Texts{first, second, first}, Texts{bare, second}, Texts{first}}) {
+    for (const std::string& document : documents) ASSERT_EQ(Add(document), Ok());
+    models += static_cast<int>(documents.size());
+    EXPECT_EQ(Combiner().GetNModels(), models);
+    const std::string text = Combining::Export();
+    EXPECT_EQ(Count(text, "<Segment>"), static_cast<int>(documents.size()));
+  }
+}
+
+TEST_F(Export, AfterDiscardingARefusedFirstFileTheNextOneFounds) {
+  const std::string expected = Combine({Source({"x"})});
+  RQXSplitPMMLCombiner combiner(vars_);
+  ASSERT_EQ(combiner.AddModel(WriteFile(File("bad.pmml"), InPmml("<MiningModel functionName='f'/>")), {"1"}),
+            Failure(125));
+  ASSERT_EQ(combiner.ExportMiningModel(""), Ok());
+  ASSERT_EQ(combiner.AddModel(WriteFile(File("good.pmml"), Source({"x"})), {"1"}), Ok());
+  EXPECT_EQ(combiner.GetNModels(), 1);
+  ASSERT_EQ(combiner.ExportMiningModel(File("out.pmml")), Ok());
+  EXPECT_EQ(ReadFile(File("out.pmml")), kDeclaration + expected);
+}
+
 TEST_F(Export, ReplacesAnOlderFile) {
   WriteFile(File("combined.pmml"), std::string(100000, 'x'));
   EXPECT_EQ(Combine({Source({"x"})}).substr(0, 5), "<PMML");

@@ -285,6 +285,39 @@ TEST_F(OddVariables, NullVariablesAlone) {
   EXPECT_THAT(text, HasSubstr(Dictionary(1, NamedField("x"))));
 }
 
+// Gets longer while it is read, up to three variables.
+struct GrowingList final : RQVarList {
+  mutable int size = 1;
+  OddVariable variable;
+  const IRQVariable* GetVarAt(int index) const override {
+    if (size < 3) ++size;
+    return index < 0 || index >= size ? nullptr : &variable;
+  }
+  IRQVariable* GetVarAt(int) override { return nullptr; }
+  int Size() const override { return size; }
+};
+
+TEST_F(OddVariables, ListIsAskedForItsSizeAfterEachVariable) {
+  const GrowingList list;
+  RQXSplitPMMLCombiner combiner(list);
+  ASSERT_EQ(combiner.AddModel(WriteFile(File("a.pmml"), Source({"x"})), Texts(3, "1")), Ok());
+  ASSERT_EQ(combiner.ExportMiningModel(File("out.pmml")), Ok());
+  EXPECT_EQ(Count(ReadFile(File("out.pmml")), "displayName=\"Odd\""), 3);
+}
+
+TEST_F(OddVariables, VariablesThatTheListLostHaveNoFields) {
+  first_.name = "a";
+  second_.name = "b";
+  list_.variables = {&first_, &second_};
+  RQXSplitPMMLCombiner combiner(list_);
+  list_.variables.pop_back();
+  ASSERT_EQ(combiner.AddModel(WriteFile(File("a.pmml"), Source({"x"})), {"1"}), Ok());
+  ASSERT_EQ(combiner.ExportMiningModel(File("out.pmml")), Ok());
+  const std::string text = ReadFile(File("out.pmml"));
+  EXPECT_THAT(text, HasSubstr("name=\"a\""));
+  EXPECT_THAT(text, Not(HasSubstr("name=\"b\"")));
+}
+
 TEST_F(OddVariables, VariableWithoutNameHasAFieldButNoPredicate) {
   first_.name = "";
   list_.variables = {&first_};

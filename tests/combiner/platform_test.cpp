@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "tests/combiner/combining.h"
@@ -47,6 +48,20 @@ TEST_F(Platform, CombinersMayDieInAnyOrder) {
   EXPECT_EQ(second->ExportMiningModel(File("out.pmml")), Ok());
   EXPECT_EQ(second->GetNModels(), 2);
   second.reset();
+  EXPECT_FALSE(PlatformIsUp());
+}
+
+// A list that fails while it is read.
+struct FailingList final : RQMTD_NAMESPACE::RQVarList {
+  const RQMTD_NAMESPACE::IRQVariable* GetVarAt(int) const override { throw std::runtime_error("unreadable"); }
+  RQMTD_NAMESPACE::IRQVariable* GetVarAt(int) override { return nullptr; }
+  int Size() const override { return 1; }
+};
+
+TEST_F(Platform, IsNotHeldByACombinerThatCouldNotBeMade) {
+  ASSERT_FALSE(PlatformIsUp());
+  const FailingList list;
+  EXPECT_THROW(RQXSplitPMMLCombiner combiner(list), std::runtime_error);
   EXPECT_FALSE(PlatformIsUp());
 }
 

@@ -18,7 +18,8 @@ using RQMTD_NAMESPACE::RQNameIndex;
 class Names {
  public:
   bool Contains(const std::string& name) const {
-    return fIndex.Contains(name, [this](std::size_t position) -> const std::string& { return fNames[position]; });
+    return fIndex.Find(name, [this](std::size_t position) -> const std::string& { return fNames[position]; }) !=
+           RQNameIndex::kNone;
   }
   void Add(const std::string& name) {
     fNames.push_back(name);
@@ -87,7 +88,7 @@ TEST(RQNameIndex, ReservingAgainWithoutInsertingIsHarmless) {
   for (int i = 0; i < 100; ++i) index.ReserveOne();
   index.Insert("only", 0);
   const std::string only = "only";
-  EXPECT_TRUE(index.Contains(only, [&only](std::size_t) -> const std::string& { return only; }));
+  EXPECT_EQ(index.Find(only, [&only](std::size_t) -> const std::string& { return only; }), 0U);
 }
 
 }  // namespace

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -102,15 +100,6 @@ std::string DescribeAll(const std::vector<Request>& requests, const ParseFunctio
   return text;
 }
 
-std::vector<std::string> DocumentNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(DataFile("pmml"))) {
-    if (entry.path().extension() == ".pmml") names.push_back(entry.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 class PmmlDocument : public rqtest::WithPlatform, public ::testing::WithParamInterface<std::string> {
  protected:
   const std::string path_ = DataFile("pmml/" + GetParam() + ".pmml");
@@ -174,7 +163,7 @@ TEST_P(PmmlDocument, GivesTheSameAfterItWasReadFromItsFileAndWritten) {
   EXPECT_EQ(DescribeAll(requests_, [&](RQPMMLParser& parser) { return Parse(parser, bytes); }), expected_) << bytes;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, PmmlDocument, ::testing::ValuesIn(DocumentNames()),
+INSTANTIATE_TEST_SUITE_P(Each, PmmlDocument, ::testing::ValuesIn(rqtest::DataFileNames("pmml", ".pmml")),
                          [](const ::testing::TestParamInfo<std::string>& row) { return row.param; });
 
 }  // namespace

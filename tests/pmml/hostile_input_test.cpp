@@ -10,27 +10,16 @@
 #include <xercesc/sax/SAXParseException.hpp>
 
 #include "rqxml/pmml/RQPMMLParser.h"
+#include "tests/support/megabyte.h"
 #include "tests/support/platform.h"
 #include "tests/support/pmml.h"
 
 namespace {
 
 using rqtest::Field;
+using rqtest::MegabyteOf;
 using rqtest::Pmml;
 using rqtest::PmmlWithFields;
-
-constexpr std::size_t kMegabyte = 1000000;
-
-/// Pieces, numbered from zero, up to a megabyte.
-std::string Fill(const std::function<std::string(std::size_t)>& piece) {
-  std::string text;
-  for (std::size_t i = 0; text.size() < kMegabyte; ++i) text += piece(i);
-  return text;
-}
-
-std::string Fill(const std::string& piece) {
-  return Fill([&](std::size_t) { return piece; });
-}
 
 struct Hostile {
   const char* name;
@@ -42,64 +31,66 @@ std::string Bins(const std::string& field, const std::string& content) {
 }
 
 const Hostile kHostile[] = {
-    {"DeepNesting", [] { return PmmlWithFields(Fill("<a>")); }},
+    {"DeepNesting", [] { return PmmlWithFields(MegabyteOf("<a>")); }},
     {"DeepNestingClosed",
      [] {
        std::string open, close;
        for (int i = 0; i < 140000; ++i) open += "<a>", close += "</a>";
        return PmmlWithFields(open + close);
      }},
-    {"ManyTinyElements", [] { return PmmlWithFields(Fill("<a/>")); }},
-    {"ManyTinyChildrenOfARoot", [] { return Pmml(Fill("<a/>") + "<DataDictionary/>"); }},
-    {"LongElementName", [] { return PmmlWithFields("<" + Fill("a") + "/>"); }},
-    {"LongAttributeName", [] { return PmmlWithFields("<DataField " + Fill("a") + "='1' name='v'/>"); }},
-    {"LongAttributeValue", [] { return PmmlWithFields(Field(Fill("a"), "categorical", "string")); }},
-    {"LongText", [] { return PmmlWithFields(Fill("x ") + Field("v", "continuous", "double")); }},
-    {"LongComment", [] { return PmmlWithFields("<!--" + Fill("x ") + "-->"); }},
-    {"LongProcessingInstruction", [] { return PmmlWithFields("<?p " + Fill("x") + "?>"); }},
-    {"LongCdata", [] { return PmmlWithFields("<![CDATA[" + Fill("]]") + "]]>"); }},
-    {"ManyComments", [] { return PmmlWithFields(Fill("<!---->")); }},
-    {"ManyProcessingInstructions", [] { return PmmlWithFields(Fill("<?p?>")); }},
-    {"ManyCdataSections", [] { return PmmlWithFields(Fill("<![CDATA[]]>")); }},
-    {"ManyCharacterReferencesInText", [] { return PmmlWithFields(Fill("&#9;")); }},
+    {"ManyTinyElements", [] { return PmmlWithFields(MegabyteOf("<a/>")); }},
+    {"ManyTinyChildrenOfARoot", [] { return Pmml(MegabyteOf("<a/>") + "<DataDictionary/>"); }},
+    {"LongElementName", [] { return PmmlWithFields("<" + MegabyteOf("a") + "/>"); }},
+    {"LongAttributeName", [] { return PmmlWithFields("<DataField " + MegabyteOf("a") + "='1' name='v'/>"); }},
+    {"LongAttributeValue", [] { return PmmlWithFields(Field(MegabyteOf("a"), "categorical", "string")); }},
+    {"LongText", [] { return PmmlWithFields(MegabyteOf("x ") + Field("v", "continuous", "double")); }},
+    {"LongComment", [] { return PmmlWithFields("<!--" + MegabyteOf("x ") + "-->"); }},
+    {"LongProcessingInstruction", [] { return PmmlWithFields("<?p " + MegabyteOf("x") + "?>"); }},
+    {"LongCdata", [] { return PmmlWithFields("<![CDATA[" + MegabyteOf("]]") + "]]>"); }},
+    {"ManyComments", [] { return PmmlWithFields(MegabyteOf("<!---->")); }},
+    {"ManyProcessingInstructions", [] { return PmmlWithFields(MegabyteOf("<?p?>")); }},
+    {"ManyCdataSections", [] { return PmmlWithFields(MegabyteOf("<![CDATA[]]>")); }},
+    {"ManyCharacterReferencesInText", [] { return PmmlWithFields(MegabyteOf("&#9;")); }},
     {"ManyCharacterReferencesInAnAttribute",
-     [] { return PmmlWithFields(Field(Fill("&#228;"), "categorical", "string")); }},
-    {"ManyEntityReferences", [] { return PmmlWithFields(Fill("&lt;")); }},
+     [] { return PmmlWithFields(Field(MegabyteOf("&#228;"), "categorical", "string")); }},
+    {"ManyEntityReferences", [] { return PmmlWithFields(MegabyteOf("&lt;")); }},
     {"ManyDifferentElementNames",
-     [] { return PmmlWithFields(Fill([](std::size_t i) { return "<e" + std::to_string(i) + "/>"; })); }},
+     [] { return PmmlWithFields(MegabyteOf([](std::size_t i) { return "<e" + std::to_string(i) + "/>"; })); }},
     {"ManyElementsWithDifferentAttributes",
-     [] { return PmmlWithFields(Fill([](std::size_t i) { return "<e a" + std::to_string(i) + "=''/>"; })); }},
+     [] { return PmmlWithFields(MegabyteOf([](std::size_t i) { return "<e a" + std::to_string(i) + "=''/>"; })); }},
     {"ManyAttributesOnOneElement",
      [] {
-       return PmmlWithFields("<e " + Fill([](std::size_t i) { return "a" + std::to_string(i) + "='' "; }) + "/>");
+       return PmmlWithFields("<e " + MegabyteOf([](std::size_t i) { return "a" + std::to_string(i) + "='' "; }) + "/>");
      }},
     {"ManyAttributesOnADataField",
      [] {
        return PmmlWithFields("<DataField name='v' optype='continuous' dataType='double' " +
-                             Fill([](std::size_t i) { return "a" + std::to_string(i) + "='' "; }) + "/>");
+                             MegabyteOf([](std::size_t i) { return "a" + std::to_string(i) + "='' "; }) + "/>");
      }},
     {"ManyFields",
-     [] { return PmmlWithFields(Fill([](std::size_t i) { return Field(std::to_string(i), "x", "double"); })); }},
-    {"ManyFieldsOfOneName", [] { return PmmlWithFields(Fill(Field("v", "categorical", "double"))); }},
-    {"ManyValues", [] { return PmmlWithFields(Field("v", "categorical", "double", Fill("<Value value='1'/>"))); }},
+     [] { return PmmlWithFields(MegabyteOf([](std::size_t i) { return Field(std::to_string(i), "x", "double"); })); }},
+    {"ManyFieldsOfOneName", [] { return PmmlWithFields(MegabyteOf(Field("v", "categorical", "double"))); }},
+    {"ManyValues",
+     [] { return PmmlWithFields(Field("v", "categorical", "double", MegabyteOf("<Value value='1'/>"))); }},
     {"ManyMissingValues",
-     [] { return PmmlWithFields(Field("v", "continuous", "double", Fill("<Value value='1' property='m'/>"))); }},
+     [] { return PmmlWithFields(Field("v", "continuous", "double", MegabyteOf("<Value value='1' property='m'/>"))); }},
     {"ManyDigits",
      [] {
-       return PmmlWithFields(Field("v", "categorical", "double",
-                                   "<Value value='" + Fill("9") + "'/><Value value='0." + Fill("0") + "1'/>"));
+       return PmmlWithFields(
+           Field("v", "categorical", "double",
+                 "<Value value='" + MegabyteOf("9") + "'/><Value value='0." + MegabyteOf("0") + "1'/>"));
      }},
     {"ManyBlanksInANumber",
-     [] { return PmmlWithFields(Field("v", "categorical", "double", "<Value value='" + Fill(" ") + "1'/>")); }},
+     [] { return PmmlWithFields(Field("v", "categorical", "double", "<Value value='" + MegabyteOf(" ") + "1'/>")); }},
     {"ManyExtensions",
-     [] { return PmmlWithFields(Field("v", "continuous", "double", Fill("<Extension name='' value='1'/>"))); }},
+     [] { return PmmlWithFields(Field("v", "continuous", "double", MegabyteOf("<Extension name='' value='1'/>"))); }},
     {"ManyBins",
      [] {
        return PmmlWithFields(Field("v", "continuous", "double"),
-                             Bins("v", Fill("<DiscretizeBin binValue=''><Interval/></DiscretizeBin>")));
+                             Bins("v", MegabyteOf("<DiscretizeBin binValue=''><Interval/></DiscretizeBin>")));
      }},
     {"ManyDerivedFieldsBeforeTheRightOne",
-     [] { return PmmlWithFields(Field("v", "continuous", "double"), Fill(Bins("w", "")) + Bins("v", "")); }},
+     [] { return PmmlWithFields(Field("v", "continuous", "double"), MegabyteOf(Bins("w", "")) + Bins("v", "")); }},
     {"ManyFieldsAndManyDerivedFields",
      [] {
        std::string fields, transformations;
@@ -114,7 +105,7 @@ const Hostile kHostile[] = {
      [] {
        std::string fields;
        for (int i = 0; i < 8000; ++i) fields += Field("v", "continuous", "double");
-       return PmmlWithFields(fields, Fill(Bins("w", "")) + Bins("v", ""));
+       return PmmlWithFields(fields, MegabyteOf(Bins("w", "")) + Bins("v", ""));
      }},
     {"ManyFieldsOnOneLargeDiscretisation",
      [] {
@@ -123,11 +114,11 @@ const Hostile kHostile[] = {
        for (int i = 0; i < 1000; ++i) bins += "<DiscretizeBin binValue='b'><Interval rightMargin='1'/></DiscretizeBin>";
        return PmmlWithFields(fields, Bins("v", bins));
      }},
-    {"UnclosedTags", [] { return Fill("<"); }},
-    {"UnclosedQuotes", [] { return Pmml("<a b='" + Fill("x")); }},
-    {"OnlyBlanks", [] { return Fill(" "); }},
-    {"OnlyZeros", [] { return std::string(kMegabyte, '\0'); }},
-    {"OnlyHighBytes", [] { return std::string(kMegabyte, '\xFF'); }},
+    {"UnclosedTags", [] { return MegabyteOf("<"); }},
+    {"UnclosedQuotes", [] { return Pmml("<a b='" + MegabyteOf("x")); }},
+    {"OnlyBlanks", [] { return MegabyteOf(" "); }},
+    {"OnlyZeros", [] { return std::string(rqtest::kMegabyte, '\0'); }},
+    {"OnlyHighBytes", [] { return std::string(rqtest::kMegabyte, '\xFF'); }},
 };
 
 /// A hundred thousand of what looks like attributes.

@@ -180,13 +180,13 @@ TEST_F(SettingsAllocation, EachMayFailInFilling) {
   ASSERT_EQ(Parse(parser, Document()), Ok());
   for (const bool bins : {false, true}) {
     const auto filled = [&] {
-      rqtest::RecordingSettingsList vars;
+      rqtest::RecordingStorageList vars;
       EXPECT_EQ(FillAll(parser, vars, bins), Ok());
       return vars.calls;
     };
     const Calls expected = filled();
     FailEachOnceWithoutLeaks([&](long allocation) {
-      rqtest::RecordingSettingsList vars;
+      rqtest::RecordingStorageList vars;
       const Outcome outcome = WithFailureAt(allocation, [&] { return FillAll(parser, vars, bins); });
       if (!outcome.outOfMemory) {
         ASSERT_EQ(outcome.status, Ok()) << allocation;
@@ -241,7 +241,7 @@ TEST_F(SettingsAllocation, FiftyRoundsOfEveryGetterAndFillHoldNothing) {
   const auto round = [&] {
     Everything asked;
     ASSERT_EQ(asked.Ask(parser), Ok());
-    rqtest::RecordingSettingsList vars;
+    rqtest::RecordingStorageList vars;
     ASSERT_EQ(FillAll(parser, vars, true), Ok());
   };
   round();

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -97,7 +96,7 @@ class Interview {
     return OnOneLine(ShowOutcome(status) + ": " + Show(name));
   }
   static std::string Filled(const std::function<RQCommon::RQStatus(RQMTD_NAMESPACE::RQVarList&)>& fill) {
-    rqtest::RecordingSettingsList vars;
+    rqtest::RecordingStorageList vars;
     std::string text = ShowOutcome(fill(vars));
     for (const std::string& call : vars.calls) text += "\n  " + OnOneLine(call);
     return text;
@@ -157,15 +156,6 @@ std::string Describe(const std::vector<std::string>& questions, const ParseFunct
 std::string DocumentPath(const std::string& name) {
   const std::string own = DataFile("settings/" + name + ".xml");
   return std::filesystem::exists(own) ? own : std::string(RQXML_EXAMPLES_DIR) + "/settings/" + name + ".xml";
-}
-
-std::vector<std::string> DocumentNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(DataFile("settings"))) {
-    if (entry.path().extension() == ".expected") names.push_back(entry.path().stem().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
 }
 
 class SettingsDocument : public rqtest::WithPlatform, public ::testing::WithParamInterface<std::string> {
@@ -230,7 +220,7 @@ TEST_P(SettingsDocument, GivesTheSameAfterItWasReadFromItsFileAndWritten) {
   EXPECT_EQ(Describe(questions_, [&](RQSettingsParser& parser) { return Parse(parser, bytes); }), expected_) << bytes;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, SettingsDocument, ::testing::ValuesIn(DocumentNames()),
+INSTANTIATE_TEST_SUITE_P(Each, SettingsDocument, ::testing::ValuesIn(rqtest::DataFileNames("settings", ".expected")),
                          [](const ::testing::TestParamInfo<std::string>& row) { return row.param; });
 
 }  // namespace

@@ -220,7 +220,7 @@ TEST_F(SettingsParser, ParseOfTheBaseClassAloneFindsNoParametersAndFillsAllTheSa
       Pmml("<DataDictionary>" + rqtest::Field("a", "continuous", "double") + "</DataDictionary>" + BuildTask(kValued)));
   EXPECT_EQ(parser_.RQPMMLParser::ParseToDOM(stream), Ok());
   ExpectEveryGetterGives(Failure(119));
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   EXPECT_EQ(parser_.FillVarList(vars, false), Ok());
   EXPECT_EQ(vars.calls.size(), 2U);
   EXPECT_EQ(parser_.FillTransDict(vars), Ok());
@@ -248,7 +248,7 @@ TEST_F(SettingsParser, FillOfTheBaseClassStaysReachableWithItsOwnRules) {
                                rqtest::Field("a", "continuous", "timeSeconds", "<Interval leftMargin='x'/>") +
                                rqtest::Field("b", "continuous", "double"))),
             Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   EXPECT_EQ(parser_.FillVarList(vars, {"a"}, false), Ok());
   EXPECT_EQ(vars.calls, Calls{R"(AddContVar("a", "", role 4) -> 0)"});
   EXPECT_EQ(parser_.FillVarList(vars, false), Failure(109));

@@ -73,7 +73,7 @@ TEST_F(TransDict, DerivedFieldsComeInDocumentOrderBehindWhatTheListHolds) {
                                              "text" + Derived("b", "continuous", "double") + "<!--c--><x/>" +
                                                  Derived("a", "categorical", "string"))),
             Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   EXPECT_EQ(parser.FillVarList(vars, false), Ok());
   EXPECT_EQ(parser.FillTransDict(vars), Ok());
   EXPECT_EQ(vars.calls, (Calls{Cont("data", kUnlimited), Storage(2), Cont("b", kUnlimited, 1), Storage(2, 1),
@@ -279,11 +279,11 @@ TEST_F(TransDict, RefusalStopsTheWalk) {
                                                      Derived("b", "continuous", "double", missing) +
                                                      Derived("c", "continuous", "boolean"))),
             Ok());
-  rqtest::RecordingSettingsList refusing;
+  rqtest::RecordingStorageList refusing;
   refusing.refused = {"b"};
   EXPECT_EQ(parser.FillTransDict(refusing), Failure(111));
   EXPECT_EQ(refusing.calls, (Calls{Cont("a", kUnlimited), Storage(2), Cont("b", kUnlimited, -1)}));
-  rqtest::RecordingSettingsList hiding;
+  rqtest::RecordingStorageList hiding;
   hiding.withoutVariable = {1};
   EXPECT_EQ(parser.FillTransDict(hiding), Failure(111));
   EXPECT_EQ(hiding.calls, (Calls{Cont("a", kUnlimited), Storage(2), Cont("b", kUnlimited, 1),

@@ -65,7 +65,7 @@ TEST_F(SettingsVarList, FieldsComeInDocumentOrderBehindWhatTheListHolds) {
                   SettingsWithFields("text" + Field("b", "continuous", "double") + "<!--c--><x/>" +
                                      Field("a", "categorical", "string") + "<?p?>" + Field("c", "ordinal", "integer"))),
             Ok());
-  rqtest::RecordingSettingsList vars(41);
+  rqtest::RecordingStorageList vars(41);
   EXPECT_EQ(parser.FillVarList(vars, false), Ok());
   EXPECT_EQ(vars.calls, (Calls{Cont("b", kUnlimited, 41), Storage(2, 41),
                                R"(AddCatVar("a", "", strings [], labels [], role 4) -> 42)", Storage(3, 42),
@@ -76,8 +76,8 @@ TEST_F(SettingsVarList, SecondFillOffersTheSameAgain) {
   RQSettingsParser parser;
   ASSERT_EQ(Parse(parser, SettingsWithFields(Field("a", "continuous", "double", "<Value value='9' property='m'/>"))),
             Ok());
-  rqtest::RecordingSettingsList first;
-  rqtest::RecordingSettingsList second;
+  rqtest::RecordingStorageList first;
+  rqtest::RecordingStorageList second;
   EXPECT_EQ(parser.FillVarList(first, false), Ok());
   EXPECT_EQ(parser.FillVarList(second, false), Ok());
   EXPECT_EQ(first.calls, second.calls);
@@ -560,7 +560,7 @@ TEST_F(SettingsVarList, FirstFailureEndsTheWalkAndWhatWasAddedStays) {
     ASSERT_EQ(Parse(parser,
                     SettingsWithFields(Field("a", "continuous", "double") + bad + Field("b", "continuous", "double"))),
               Ok());
-    rqtest::RecordingSettingsList vars;
+    rqtest::RecordingStorageList vars;
     EXPECT_FALSE(parser.FillVarList(vars, false).IsOK()) << bad;
     EXPECT_EQ(vars.calls, (Calls{Cont("a", kUnlimited), Storage(2)})) << bad;
     EXPECT_EQ(parser.GetStatus(), Ok()) << "the failure is not kept";
@@ -576,7 +576,7 @@ TEST_F(SettingsVarList, RefusalOfEachAddOperationIsReportedAndNothingMoreToldOfT
     for (const int refusal : {-1, -77}) {
       RQSettingsParser parser;
       ASSERT_EQ(Parse(parser, SettingsWithFields(field + Field("w", "continuous", "double"))), Ok());
-      rqtest::RecordingSettingsList vars;
+      rqtest::RecordingStorageList vars;
       vars.refused = {"v"};
       vars.refusal = refusal;
       EXPECT_EQ(parser.FillVarList(vars, false), Failure(111)) << field;
@@ -588,7 +588,7 @@ TEST_F(SettingsVarList, RefusalOfEachAddOperationIsReportedAndNothingMoreToldOfT
 TEST_F(SettingsBins, RefusalOfABinnedVariableIsReportedAndItsLabelsAreNotGiven) {
   RQSettingsParser parser;
   ASSERT_EQ(Parse(parser, SettingsWithFields(Field("v", "continuous", "double"), Discretized("v", TwoBins()))), Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   vars.refused = {"v"};
   EXPECT_EQ(parser.FillVarList(vars, true), Failure(111));
   EXPECT_EQ(vars.calls, Calls{R"(AddContVar("v", "", 0, 20, cuts [10], true, role 4) -> -1)"});
@@ -601,7 +601,7 @@ TEST_F(SettingsVarList, VariableThatTheListDoesNotHandOutIsARefusalAfterItsEncod
                   SettingsWithFields(Field("a", "continuous", "double") + Field("b", "continuous", "double", missing) +
                                      Field("c", "continuous", "double"))),
             Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   vars.withoutVariable = {1};
   EXPECT_EQ(parser.FillVarList(vars, false), Failure(111));
   EXPECT_EQ(vars.calls, (Calls{Cont("a", kUnlimited), Storage(2), Cont("b", kUnlimited, 1),
@@ -612,7 +612,7 @@ TEST_F(SettingsVarList, VariableWithoutEncoderIsToldItsStorageTypeAllTheSame) {
   RQSettingsParser parser;
   const std::string missing = "<Value value='9' property='missing'/><Extension name='invalidRangeLower' value='1'/>";
   ASSERT_EQ(Parse(parser, SettingsWithFields(Field("v", "continuous", "double", missing))), Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   vars.withoutEncoder = {"v"};
   EXPECT_EQ(parser.FillVarList(vars, false), Ok());
   EXPECT_EQ(vars.calls, (Calls{Cont("v", kUnlimited), Storage(2)}));
@@ -621,7 +621,7 @@ TEST_F(SettingsVarList, VariableWithoutEncoderIsToldItsStorageTypeAllTheSame) {
 TEST_F(SettingsVarList, FaultOfAFieldIsFoundBeforeTheListIsAsked) {
   RQSettingsParser parser;
   ASSERT_EQ(Parse(parser, SettingsWithFields(Field("v", "continuous", "double", "<Interval rightMargin='x'/>"))), Ok());
-  rqtest::RecordingSettingsList vars;
+  rqtest::RecordingStorageList vars;
   vars.refused = {"v"};
   EXPECT_EQ(parser.FillVarList(vars, false), Failure(109));
   EXPECT_EQ(vars.calls, Calls());

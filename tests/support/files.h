@@ -1,10 +1,13 @@
 #ifndef TESTS_SUPPORT_FILES_H
 #define TESTS_SUPPORT_FILES_H
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace rqtest {
 
@@ -26,6 +29,16 @@ inline std::string WriteFile(const std::string& path, const std::string& bytes) 
 
 /// The path of a file below tests/data.
 inline std::string DataFile(const std::string& name) { return std::string(RQXML_TEST_DATA_DIR) + "/" + name; }
+
+/// The names, in order and without that extension, of the files in a folder below tests/data that have it.
+inline std::vector<std::string> DataFileNames(const std::string& folder, const std::string& extension) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(DataFile(folder))) {
+    if (entry.path().extension() == extension) names.push_back(entry.path().stem().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
 
 }  // namespace rqtest
 

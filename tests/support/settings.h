@@ -4,9 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <map>
-#include <memory>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -14,7 +11,7 @@
 #include "rqxml/settings/RQSettingsParser.h"
 #include "tests/support/platform.h"
 #include "tests/support/pmml.h"
-#include "tests/support/recording_var_list.h"
+#include "tests/support/recording_storage_list.h"
 #include "tests/support/status.h"
 
 namespace rqtest {
@@ -80,51 +77,13 @@ inline std::string AsUtf16(const std::string& document, char16_t unit) {
 
 // Variable lists
 
-/// Writes down also the storage types that its variables are told.
-class RecordingSettingsList : public RecordingVarList {
- public:
-  using RecordingVarList::RecordingVarList;
-
-  /// Indices at which no variable is handed out.
-  std::set<int> withoutVariable;
-
-  using RecordingVarList::GetVarAt;
-  RQMTD_NAMESPACE::IRQVariable* GetVarAt(int index) override {
-    if (withoutVariable.count(index) != 0) return nullptr;
-    auto& variable = variables_[index];
-    if (!variable) variable = std::make_unique<Variable>(calls, index);
-    return variable.get();
-  }
-
- private:
-  class Variable : public RQMTD_NAMESPACE::IRQVariable {
-   public:
-    Variable(Calls& calls, int index) : calls_(calls), prefix_("variable " + std::to_string(index) + ": ") {}
-    int GetTypeCode() const override { return 0; }
-    std::string GetName() const override { return {}; }
-    std::string GetLabel() const override { return {}; }
-    int GetNumCategories() const override { return 0; }
-    int GetIntegerIndicator() const override { return 0; }
-    std::string GetCategoryText(int) const override { return {}; }
-    void SetStorageType(int code) override {
-      calls_.push_back(prefix_ + "SetStorageType(" + std::to_string(code) + ")");
-    }
-
-   private:
-    Calls& calls_;
-    std::string prefix_;
-  };
-
-  std::map<int, std::unique_ptr<Variable>> variables_;
-};
-
 /// Parses a settings document and fills a recording list from its data dictionary.
 inline Filled FillSettings(const std::string& document, bool bins = false) {
   RQXPrsUtil::RQSettingsParser parser;
   Filled filled;
   filled.status = Parse(parser, document);
   if (!filled.status.IsOK()) return filled;
-  RecordingSettingsList vars;
+  RecordingStorageList vars;
   filled.status = parser.FillVarList(vars, bins);
   filled.calls = vars.calls;
   return filled;
@@ -136,7 +95,7 @@ inline Filled FillDerived(const std::string& document) {
   Filled filled;
   filled.status = Parse(parser, document);
   if (!filled.status.IsOK()) return filled;
-  RecordingSettingsList vars;
+  RecordingStorageList vars;
   filled.status = parser.FillTransDict(vars);
   filled.calls = vars.calls;
   return filled;
@@ -257,7 +216,7 @@ class WithSettings : public WithPlatform {
 
   /// Both fills return `status` and add nothing.
   void ExpectBothFillsGive(const RQCommon::RQStatus& status) {
-    RecordingSettingsList vars;
+    RecordingStorageList vars;
     EXPECT_EQ(parser_.FillVarList(vars, false), status);
     EXPECT_EQ(parser_.FillVarList(vars, true), status);
     EXPECT_EQ(parser_.FillTransDict(vars), status);

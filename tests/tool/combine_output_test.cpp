@@ -118,7 +118,9 @@ TEST_F(CombineOutput, IsNoFolderDeviceOrFileToRead) {
                                          {Target("loop"), 3, "leads in a circle"},
                                          {"/dev/full", 3, "is a pipe or a device"},
                                          {Target("none/x.pmml"), 3, "cannot be written: No such file or directory"},
-                                         {source_, 2, "is one of the files to read"}}) {
+                                         {source_, 2, "is one of the files to read"},
+                                         {"", 2, "-o names no file"},
+                                         {"-", 2, "-o - is not standard output"}}) {
     const ToolResult result = Run(row.target);
     EXPECT_EQ(result.exitCode, row.exitCode) << row.target << result;
     EXPECT_THAT(result.err, HasSubstr(row.message));

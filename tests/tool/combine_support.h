@@ -7,6 +7,7 @@ namespace rqtest {
 
 /// The pieces of a small split document; each can be replaced.
 struct SplitText {
+  std::string root = "<PMML>";
   std::string header = "<Header/>";
   std::string dictionary = "<DataDictionary>";
   std::string fields =
@@ -23,7 +24,7 @@ struct SplitText {
 /// The whole document.
 inline std::string Text(const SplitText& split) {
   const std::string dictionary = split.dictionary.empty() ? "" : split.dictionary + split.fields + "</DataDictionary>";
-  return "<PMML>" + split.header + dictionary + split.transformations + "<" + split.model + " " + split.attributes +
+  return split.root + split.header + dictionary + split.transformations + "<" + split.model + " " + split.attributes +
          ">" + split.schema + split.local + "</" + split.model + ">" + split.more + "</PMML>";
 }
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/files.h"
@@ -176,12 +177,18 @@ struct Refusal {
   bool alsoFirst;  // refused as the first file too
 };
 
+std::string Repeat(const std::string& text, int times) {
+  std::string all;
+  for (int i = 0; i < times; ++i) all += text;
+  return all;
+}
+
 std::vector<Refusal> Refusals() {
   return {
       {"other function", Text({.attributes = "functionName='classification'"}), "2", 1,
        "functionName is \"classification\", but \"regression\" in the first file", "124", false},
       {"mining model", Text({.model = "MiningModel"}), "2", 1, "its model is a \"MiningModel\"", "125", true},
-      {"too many values", Text({}), "2,3", 1, "has 2 split values for 1 split variables", "126", true},
+      {"too many values", Text({}), "2,3", 1, "has 2 split values for 1 split variable", "126", true},
       {"empty value", Text({}), "", 1, "the value of \"s\" is empty", "", true},
       {"bad character", Text({}), "\x01", 1, "the value of \"s\" holds what no XML document can hold", "", true},
       {"no UTF-8", Text({}), "\xff", 1, "the value of \"s\" holds what no XML document can hold", "", true},
@@ -191,6 +198,22 @@ std::vector<Refusal> Refusals() {
       {"no encoding", "<?xml version='1.0' encoding='nix'?><PMML/>", "2", 1, "cannot be read as XML", "104", true},
       {"empty", "", "2", 1, ": the document is empty", "", true},
       {"no PMML", "<DataModel/>", "2", 1, "the document element is \"DataModel\", not \"PMML\"", "105", true},
+      {"nested too deep", Text({.local = Repeat("<Extension>", 20'000) + Repeat("</Extension>", 20'000)}), "2", 1,
+       "is nested more than 10000 levels deep", "", true},
+      {"a character of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<Extension>a&#1;</Extension>"}), "2", 1,
+       "holds the character U+0001, which only XML 1.1 can", "", true},
+      {"an attribute of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<Extension value='&#x1b;'/>"}), "2", 1,
+       "holds the character U+001B", "", true},
+      {"a name of XML 1.1", "<?xml version='1.1'?>" + Text({.local = "<A\xF0\x90\x80\x80/>"}), "2", 1,
+       "uses the name \"A\xF0\x90\x80\x80\", which only XML 1.1 can", "", true},
+      {"an element of a namespace that the first file does not declare",
+       Text({.root = "<PMML xmlns:p='urn:p'>", .local = "<Extension><p:e/></Extension>"}), "2", 1,
+       "uses names of xmlns:p=\"urn:p\", which the first file does not declare", "", false},
+      {"an attribute of such a namespace", Text({.root = "<PMML xmlns:p='urn:p'>", .local = "<Extension p:a='1'/>"}),
+       "2", 1, "uses names of xmlns:p=\"urn:p\"", "", false},
+      {"a field of such a namespace",
+       Text({.root = "<PMML xmlns:p='urn:p'>", .fields = "<DataField name='n'><p:e/></DataField>"}), "2", 1,
+       "uses names of xmlns:p=\"urn:p\"", "", false},
       {"DOCTYPE", "<!DOCTYPE PMML>" + Text({}), "2", 1, "(DOCTYPE), which is refused", "", true},
   };
 }
@@ -228,6 +251,13 @@ TEST_F(Combine, SkipsARefusedFileWithKeepGoingWhereverItStands) {
   }
 }
 
+TEST_F(Combine, TakesADocumentOfXml11ThatXml10CanHold) {
+  const std::string other =
+      WriteFile(File("other.pmml"), "<?xml version='1.1'?>" + Text({.local = "<Extension>\t\n</Extension>"}));
+  EXPECT_EQ(Run({"--by", "s", other + "=1", File("a.pmml") + "=2"}).exitCode, 0);
+  EXPECT_EQ(RunTool({"vars", Out()}).exitCode, 0);
+}
+
 TEST_F(Combine, SkipsAFirstFileWithoutAModel) {
   const std::string bad = WriteFile(File("bad.pmml"), Text({.model = "Scorecard"}));
   const std::string empty = WriteFile(File("empty.pmml"), Text({.attributes = "functionName=''"}));
@@ -249,7 +279,7 @@ TEST_F(Combine, WritesNothingWhenEachFileIsSkipped) {
 TEST_F(Combine, TellsTheLineOfTheManifestThatHasAWrongNumberOfValues) {
   const ToolResult result = RunManifest("file,s\na.pmml,1\nb.pmml\n");
   EXPECT_EQ(result.exitCode, 1) << result;
-  EXPECT_THAT(result.err, HasSubstr("b.pmml: has 0 split values for 1 split variables (line 3 of the manifest)\n"));
+  EXPECT_THAT(result.err, HasSubstr("b.pmml: has 0 split values for 1 split variable (line 3 of the manifest)\n"));
 }
 
 TEST_F(Combine, RefusesValuesThatAreNoNumbersOfTheType) {
@@ -271,8 +301,8 @@ TEST_F(Combine, AcceptsADoctypeOnlyWhenItIsTrusted) {
 }
 
 TEST_F(Combine, ReadsFilesWhoseNamesTheXmlLibraryWouldMisread) {
-  for (const char* name :
-       {"Größe.pmml", "a b.pmml", "a%41.pmml", "a#b.pmml", "http:x.pmml", "x=y.pmml", "a\xff.pmml"}) {
+  for (const char* name : {"Größe.pmml", "a b.pmml", "a%41.pmml", "a#b.pmml", "http:x.pmml", "x=y.pmml", "a\xff.pmml",
+                           "a\"b.pmml", "x=\"y\",z=.pmml"}) {
     const std::string file = WriteFile(File(name), Text(SplitText{}));
     const ToolResult result = RunTool(
         ToolCall{.arguments = {"combine", "-o", Out(), "--by", "s", file + "=1"}, .environment = {{"LC_ALL", "C"}}});
@@ -280,10 +310,24 @@ TEST_F(Combine, ReadsFilesWhoseNamesTheXmlLibraryWouldMisread) {
   }
 }
 
-TEST_F(Combine, NeverReadsPipesDevicesOrFolders) {
-  for (const char* name : {"/dev/zero", "/dev/stdin", "/tmp"}) {
-    EXPECT_EQ(Run({"--by", "s", std::string(name) + "=1"}).exitCode, 3) << name;
+TEST_F(Combine, NeverReadsPipesDevicesFoldersOrStandardInput) {
+  for (const char* name : {"/dev/zero", "/dev/stdin", "/tmp", "-", "none.pmml"}) {
+    const ToolResult result = RunTool(ToolCall{
+        .arguments = {"combine", "-o", Out(), "--by", "s", "--", std::string(name) + "=1"}, .input = "<PMML/>"});
+    EXPECT_EQ(result.exitCode, 3) << name << result;
+    EXPECT_THAT(result.err, AllOf(HasSubstr("\n  hint: "), Not(HasSubstr("--allow-dtd")), Not(HasSubstr("(-)")),
+                                  Not(HasSubstr("- reads standard input"))));
   }
+}
+
+TEST_F(Combine, TakesEqualsSignsCommasAndQuotesInQuotedValues) {
+  for (const auto& [argument, value] : std::vector<std::pair<std::string, std::string>>{
+           {"\"x=1\"", "x=1"}, {"\"a,\"\"=\"\",b\"", "a,&quot;=&quot;,b"}, {"\"=\"", "="}}) {
+    const ToolResult result = Run({"--by", "s", File("a.pmml") + "=" + argument});
+    EXPECT_EQ(result.exitCode, 0) << result;
+    EXPECT_THAT(Combined(), HasSubstr("operator=\"equal\" value=\"" + value + "\"/>"));
+  }
+  EXPECT_EQ(Run({"--by", "s", File("a.pmml") + "=\"x=1"}).exitCode, 2) << "a quote that is not closed";
 }
 
 TEST_F(Combine, PrintsTheSumsAsJson) {

@@ -22,8 +22,9 @@ using ::testing::Not;
 
 namespace {
 
-const std::vector<std::vector<std::string>> kHelpCalls{{"--help"},        {"vars", "--help"},    {"settings", "--help"},
-                                                       {"get", "--help"}, {"combine", "--help"}, {"status", "--help"}};
+const std::vector<std::vector<std::string>> kHelpCalls{{"--help"},          {"vars", "--help"},  {"settings", "--help"},
+                                                       {"get", "--help"},   {"stats", "--help"}, {"combine", "--help"},
+                                                       {"status", "--help"}};
 
 std::set<std::string> LongOptions(const std::string& text) {
   const std::regex pattern("--[a-z][a-z-]*");
@@ -68,6 +69,16 @@ TEST(CommandLine, HelpNamesEachOptionOfSettingsAndOfGet) {
   }
 }
 
+TEST(CommandLine, HelpNamesEachOptionOfStatsAndThoseOfVarsForDataModels) {
+  const std::string stats = RunTool({"stats", "--help"}).out;
+  for (const char* option : {"FILE", "--model NAME", "--field NAME", "--svg DIR", "--html FILE", "--contract", "--wide",
+                             "--json", "--allow-dtd"}) {
+    EXPECT_THAT(stats, HasSubstr(option));
+  }
+  const std::string vars = RunTool({"vars", "--help"}).out;
+  for (const char* option : {"--field-roles", "--flag", "--count N"}) EXPECT_THAT(vars, HasSubstr(option));
+}
+
 TEST(CommandLine, VersionIsThatOfTheLibrary) {
   const ToolResult result = RunTool({"--version"});
   EXPECT_EQ(result.exitCode, 0) << result;
@@ -98,6 +109,14 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"vars", "a", "--fields", "\"x\"y"}, "the quotes do not match", "double quotes"},
       {{"vars", "a", "--fields", "x,,y"}, "a field name is empty", "a,b,c"},
       {{"vars", "a", "--fields", ""}, "a field name is empty", "a,b,c"},
+      {{"vars", "a", "--flag"}, "--flag needs --count", "--flag --count 5"},
+      {{"vars", "a", "--count", "5"}, "--count needs --flag", "--flag --count 5"},
+      {{"vars", "a", "--flag", "--count", "x"}, "--count", "rqxml vars --help"},
+      {{"vars", "a", "--flag", "--count", "99999999999"}, "--count", "rqxml vars --help"},
+      {{"stats"}, "FILE is required", "rqxml stats --help"},
+      {{"stats", "a", "b"}, "not expected: b", "rqxml stats --help"},
+      {{"stats", "a", "--svg"}, "--svg", "rqxml stats --help"},
+      {{"stats", "a", "--model="}, "--model= gives no value", "behind it"},
       {{"settings"}, "FILE is required", "rqxml settings --help"},
       {{"settings", "a", "b"}, "not expected: b", "rqxml settings --help"},
       {{"get", "a"}, "NAME is required", "rqxml get --help"},

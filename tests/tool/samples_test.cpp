@@ -69,4 +69,36 @@ TEST(Samples, GiveBinsOrTellTheFieldThatHasNone) {
   }
 }
 
+// The statistics of all fields, read without any XML parser: each as it is written.
+std::vector<std::string> StatisticsIn(const std::string& document) {
+  const std::string start = "<UnivariateStats";
+  const std::string end = "</UnivariateStats>";
+  std::vector<std::string> statistics;
+  for (auto at = document.find(start); at != std::string::npos; at = document.find(start, at + 1)) {
+    statistics.push_back(document.substr(at, document.find(end, at) - at));
+  }
+  return statistics;
+}
+
+TEST(Samples, GiveTheStatisticsOfEachFieldThatHasCounts) {
+  const std::vector<std::string> samples = Samples();
+  if (samples.empty()) GTEST_SKIP() << "RQXML_SAMPLES names no folder with PMML documents";
+  for (const std::string& sample : samples) {
+    const std::vector<std::string> written = StatisticsIn(ReadFile(sample));
+    const ToolResult result = RunTool({"stats", "--json", sample});
+    const json read = json::parse(result.out).at("statistics");
+    ASSERT_EQ(read.size(), written.size()) << sample;
+    for (std::size_t i = 0; i < written.size(); ++i) {
+      const bool counted = written[i].find("<Counts") != std::string::npos;
+      EXPECT_EQ(read[i].at("status").at("code"), counted ? 0 : 113) << sample << written[i];
+      EXPECT_THAT(written[i], HasSubstr("field=\"" + read[i].at("field").get<std::string>() + '"'));
+      if (!counted || read[i].at("continuous")) continue;
+      double sum = 0;
+      for (const json& frequency : read[i].at("frequencies")) sum += frequency.get<double>();
+      EXPECT_EQ(sum, read[i].at("totalFrequency").get<double>()) << sample;
+      EXPECT_EQ(read[i].at("categories").size(), read[i].at("frequencies").size()) << sample;
+    }
+  }
+}
+
 }  // namespace

@@ -51,6 +51,10 @@ Failure Refusal(const Split& split, const std::string& what, long status, const 
   return Failure(ExitCode::Refused, {.file = split.file, .what = what, .status = status, .hint = hint});
 }
 
+std::string Count(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
 std::string PlaceInManifest(const Split& split) {
   return split.line == 0 ? "" : " (line " + std::to_string(split.line) + " of the manifest)";
 }
@@ -97,8 +101,8 @@ void Combination::StartAnew() {
 
 void Combination::CheckValues(const Split& split) const {
   if (split.values.size() != fVariables.size()) {
-    const std::string what = "has " + std::to_string(split.values.size()) + " split values for " +
-                             std::to_string(fVariables.size()) + " split variables" + PlaceInManifest(split);
+    const std::string what = "has " + Count(split.values.size(), "split value") + " for " +
+                             Count(fVariables.size(), "split variable") + PlaceInManifest(split);
     throw Refusal(split, what, RQXPrsUtil::BadSplitValues, "give one value for each split variable");
   }
   for (std::size_t i = 0; i < fVariables.size(); ++i) {
@@ -109,13 +113,25 @@ void Combination::CheckValues(const Split& split) const {
   }
 }
 
+// The declarations of a later file stay behind with its "PMML": what uses them could not be read.
+void Combination::CheckNamespaces(const Split& split, const SplitDocument& document) const {
+  if (GetSegments() == 0) return;
+  for (const std::string& name : document.usedNamespaces) {
+    if (fNamespaces.count(name) == 1) continue;
+    const std::string address = document.namespaces.at(name);
+    throw Refusal(split, "uses names of " + name + "=\"" + address + "\", which the first file does not declare",
+                  "declare it at the \"PMML\" of the first file too, or at the element that uses it");
+  }
+}
+
 void Combination::Add(const Split& split) {
   CheckValues(split);
   SplitDocument document;
   {
-    InputFile input(split.file, SpecialFiles::Refuse);
+    InputFile input(split.file, SpecialFiles::RegularOnly);
     document = ReadSplitDocument(input);
   }
+  CheckNamespaces(split, document);
   const LibraryName name(split.file);
   Merge(split, document, name.Get());
   fComparison.Add(split, document);
@@ -132,7 +148,10 @@ void Combination::Merge(const Split& split, const SplitDocument& document, const
     }
   }
   if (!status.IsOK()) throw RefusedByLibrary(split, document, status, fFunctionName);
-  if (GetSegments() == 1 && fFunctionName.empty()) fFunctionName = document.functionName.value_or("");
+  if (GetSegments() == 1 && fFunctionName.empty()) {
+    fFunctionName = document.functionName.value_or("");
+    fNamespaces = document.namespaces;
+  }
 }
 
 void Combination::Write(const OutputFile& output) {

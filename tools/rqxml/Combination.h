@@ -2,6 +2,7 @@
 #define RQXML_TOOLS_COMBINATION_H
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,13 +39,15 @@ class Combination {
 
  private:
   void CheckValues(const Split& split) const;
+  void CheckNamespaces(const Split& split, const SplitDocument& document) const;
   void Merge(const Split& split, const SplitDocument& document, const std::string& libraryName);
   void StartAnew();
 
   std::vector<SplitVariable> fVariables;
   RQMTD_NAMESPACE::RQVarList fList;
   std::unique_ptr<RQXPrsUtil::RQXSplitPMMLCombiner> fCombiner;
-  std::string fFunctionName;  // the first file's
+  std::string fFunctionName;                       // the first file's
+  std::map<std::string, std::string> fNamespaces;  // the first file's
   Comparison fComparison;
 };
 

@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -27,11 +25,11 @@ constexpr const char* kFooter =
     "or a line of a manifest (RFC 4180) whose first line is file,region,size.\n"
     "What holds a comma or a quote stands in double quotes, each quote twice.\n\n";
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-  struct stat first {};
-  struct stat second {};
-  if (::stat(a.c_str(), &first) != 0 || ::stat(b.c_str(), &second) != 0) return false;
-  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+void RequireFileName(const CombineOptions& options) {
+  if (!options.output.empty() && options.output != "-") return;
+  throw Failure(ExitCode::WrongUsage,
+                {.what = options.output.empty() ? "-o names no file" : "-o - is not standard output",
+                 .hint = "the document is written whole and then renamed: name a file; one of the name - is ./-"});
 }
 
 void RequireOtherFile(const CombineOptions& options, const std::string& source) {
@@ -63,6 +61,7 @@ Outcome Report(const CombineResult& result, const Request& request, ExitCode exi
 
 Outcome Run(const CombineOptions& options, const Request& request) {
   const Clock::time_point begin = Clock::now();
+  RequireFileName(options);
   const Splits splits = ReadSplits(options);
   const std::vector<SplitVariable> variables = DescribeSplitVariables(options, splits);
   if (!options.manifest.empty()) RequireOtherFile(options, options.manifest);
@@ -118,7 +117,9 @@ void AddCombineCommand(CLI::App& app, Request& request) {
   command->add_flag("--keep-going", options->keepGoing, "skip files that are refused, tell them at the end");
   command->add_flag("--quiet", options->quiet, "show no progress on a terminal");
   AddJson(*command, request);
-  AddAllowDtd(*command, request);
+  command->add_flag("--allow-dtd", request.allowDtd,
+                    "accept a DOCTYPE. Only for documents that you trust: it can\n"
+                    "open other files, go to the network and grow without limit");
   command->callback([options, &request] { request.run = [options, &request] { return Run(*options, request); }; });
 }
 

@@ -41,6 +41,7 @@ void AddJson(CLI::App& subCommand, Request& request);
 void AddVarsCommand(CLI::App& app, Request& request);
 void AddSettingsCommand(CLI::App& app, Request& request);
 void AddGetCommand(CLI::App& app, Request& request);
+void AddStatsCommand(CLI::App& app, Request& request);
 void AddCombineCommand(CLI::App& app, Request& request);
 void AddStatusCommand(CLI::App& app, Request& request);
 /// @}

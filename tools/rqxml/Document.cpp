@@ -1,6 +1,7 @@
 #include "Document.h"
 
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <xercesc/dom/DOMElement.hpp>
@@ -24,6 +25,8 @@ using RQXPrsUtil::ToUTF8;
 
 // The library's message for a document with so many different names that reading on would take far too long.
 constexpr std::string_view kTooManyNames = "too many different names, or attributes of one element";
+
+constexpr const char* kDataModel = "DataModel";
 
 constexpr const char* kDoctypeHint =
     "a DOCTYPE can open other files, go to the network and grow without limit; if you trust the document, give "
@@ -73,9 +76,6 @@ Failure BadDeclaration(const InputFile& input, const xercesc::DOMException& e) {
 constexpr const char* kDoctypePartHint =
     "see that every file and address that the DOCTYPE names can be read, and is in the encoding that it says";
 
-// With a DOCTYPE anything may be the cause that it names.
-bool FollowsDoctype(InputFile& input) { return !RefusesDtds() && HasDoctype(input.FromStart()); }
-
 // The XML library decodes in blocks, ahead of what it tells as the place.
 void LocateDecodingError(InputFile& input, Problem& problem) {
   if (!IsMeantAsUtf8(input.FromStart())) return;
@@ -113,6 +113,7 @@ Failure WrongElement(InputFile& input) {
   if (const auto element = FindDocumentElement(input.FromStart())) {
     problem.place = element->place;
     problem.what = "the document element is \"" + element->name + "\", not \"PMML\"";
+    if (element->name == kDataModel) problem.hint = "rqxml vars lists the variables of data-model documents";
   }
   return Refusal(std::move(problem));
 }
@@ -162,10 +163,11 @@ Failure RefusedDocument(InputFile& input, const DocumentParser& parser, const RQ
   }
 }
 
-template <typename Parser>
-RQStatus Parse(Parser& parser, InputFile& input) {
+// What `parse` does with the document, with its exceptions told.
+template <typename Function>
+RQStatus Guard(InputFile& input, Function parse) {
   try {
-    return parser.ParseToDOM(input.Stream());
+    return parse();
   } catch (const xercesc::SAXParseException& e) {
     input.RequireWhole();
     throw MalformedDocument(input, e);
@@ -174,7 +176,68 @@ RQStatus Parse(Parser& parser, InputFile& input) {
   }
 }
 
+template <typename Parser>
+RQStatus Parse(Parser& parser, InputFile& input) {
+  const RQStatus status = Guard(input, [&] { return parser.ParseToDOM(input.FromStart()); });
+  input.RequireWhole();
+  return status;
+}
+
+Failure NoFields(InputFile& input) {
+  Problem problem{.file = input.GetDisplayName(),
+                  .what = "\"DataModel\" has no child element \"Fields\"",
+                  .status = RQXPrsUtil::ElementMissing,
+                  .hint = "the fields of a data model stand there; a prefixed name is another name"};
+  if (const auto element = FindDocumentElement(input.FromStart())) problem.place = element->place;
+  return Refusal(std::move(problem));
+}
+
+// The reader of data models keeps no text of what it could not read. The general reader, which fails in the same way,
+// does.
+Failure UnreadableDataModel(InputFile& input) {
+  if (FollowsDoctype(input)) return UnreadableDocument(input, {});
+  RQXPrsUtil::RQXMLReadWrite reader;
+  Parse(reader, input);
+  return UnreadableDocument(input, reader.GetXercesMessage());
+}
+
+Document ReadDataModel(InputFile& input) {
+  const std::string text(std::istreambuf_iterator<char>(input.FromStart()), {});
+  input.RequireWhole();
+  auto parser = std::make_unique<RQXPrsUtil::RQDataModelParser>();
+  const RQStatus status = Guard(input, [&] { return parser->ParseToDOM(text); });
+  switch (status.GetCode()) {
+    case 0:
+      return {DocumentKind::DataModel, nullptr, std::move(parser)};
+    case RQXPrsUtil::ParseFailed:
+      throw UnreadableDataModel(input);
+    case RQXPrsUtil::WrongRootElement:
+      throw Refusal({.file = input.GetDisplayName(),
+                     .what = "the DOCTYPE names \"DataModel\", and the document element is another",
+                     .status = RQXPrsUtil::WrongRootElement,
+                     .hint = "correct the name in the DOCTYPE"});
+    case RQXPrsUtil::ElementMissing:
+      throw NoFields(input);
+    default:
+      throw Refusal({.file = input.GetDisplayName(), .what = "the document was refused", .status = status.GetCode()});
+  }
+}
+
+Document FinishPmml(InputFile& input, std::unique_ptr<DocumentParser> parser, const RQStatus& status) {
+  if (!status.IsOK()) throw RefusedDocument(input, *parser, status);
+  const DocumentKind kind = parser->GetBuildTask() == nullptr ? DocumentKind::Pmml : DocumentKind::Settings;
+  return {kind, std::move(parser), nullptr};
+}
+
+// In an encoding whose markup is neither ASCII nor UTF-16 the first look sees nothing.
+bool IsDataModel(InputFile& input) {
+  const auto element = FindDocumentElement(input.FromStart());
+  return element && element->name == kDataModel;
+}
+
 }  // namespace
+
+bool FollowsDoctype(InputFile& input) { return !RefusesDtds() && HasDoctype(input.FromStart()); }
 
 std::string_view KindWord(DocumentKind kind) {
   switch (kind) {
@@ -182,6 +245,8 @@ std::string_view KindWord(DocumentKind kind) {
       return "pmml";
     case DocumentKind::Settings:
       return "settings";
+    case DocumentKind::DataModel:
+      return "datamodel";
   }
   return {};
 }
@@ -192,6 +257,8 @@ std::string_view KindTitle(DocumentKind kind) {
       return "PMML document";
     case DocumentKind::Settings:
       return "settings document";
+    case DocumentKind::DataModel:
+      return "data-model document";
   }
   return {};
 }
@@ -200,29 +267,36 @@ RQStatus DocumentParser::ParseToDOM(std::istream& in) {
   fBuildTask = nullptr;
   const RQStatus status = RQSettingsParser::ParseToDOM(in);
   if (!status.IsOK() && status.GetCode() != RQXPrsUtil::NoParameters) return status;
-  fBuildTask = RQXPrsUtil::GetFirstChildElmt(*fRootElement, "MiningBuildTask");
+  if (status.IsOK() || !fForgiving) fBuildTask = RQXPrsUtil::GetFirstChildElmt(*fRootElement, "MiningBuildTask");
   if (fBuildTask == nullptr) fStatus = RQStatus();
   return fStatus;
 }
 
 Document ReadDocument(InputFile& input) {
+  if (BeginsWithElement(input.FromStart(), kDataModel)) return ReadDataModel(input);
   auto parser = std::make_unique<DocumentParser>();
   const RQStatus status = Parse(*parser, input);
-  input.RequireWhole();
-  if (!status.IsOK()) throw RefusedDocument(input, *parser, status);
-  const DocumentKind kind = parser->GetBuildTask() == nullptr ? DocumentKind::Pmml : DocumentKind::Settings;
-  return {kind, std::move(parser)};
+  if (status.GetCode() == RQXPrsUtil::WrongRootElement && IsDataModel(input)) return ReadDataModel(input);
+  return FinishPmml(input, std::move(parser), status);
+}
+
+Document ReadModelDocument(InputFile& input) {
+  auto parser = std::make_unique<DocumentParser>();
+  parser->ForgiveMissingParameters();
+  const RQStatus status = Parse(*parser, input);
+  return FinishPmml(input, std::move(parser), status);
 }
 
 Document ReadSettings(InputFile& input) {
-  Document document = ReadDocument(input);
+  auto parser = std::make_unique<DocumentParser>();
+  const RQStatus status = Parse(*parser, input);
+  Document document = FinishPmml(input, std::move(parser), status);
   if (document.kind != DocumentKind::Settings) throw NoParameters(input, *document.parser);
   return document;
 }
 
 void ReadTree(InputFile& input, RQXPrsUtil::RQXMLReadWrite& reader) {
   const RQStatus status = Parse(reader, input);
-  input.RequireWhole();
   if (!status.IsOK()) throw UnreadableDocument(input, reader.GetXercesMessage());
 }
 

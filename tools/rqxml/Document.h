@@ -8,6 +8,7 @@
 #include "Failure.h"
 #include "InputFile.h"
 #include "rqxml/common/RQStatus.h"
+#include "rqxml/datamodel/RQDataModelParser.h"
 #include "rqxml/settings/RQSettingsParser.h"
 #include "rqxml/xml/RQXMLReadWrite.h"
 #include "rqxml/xml/RQXercesFwd.h"
@@ -16,8 +17,9 @@ namespace rqtool {
 
 /// The kinds of document that the command tells apart.
 enum class DocumentKind {
-  Pmml,     ///< a PMML document
-  Settings  ///< a PMML document whose build task has parameters
+  Pmml,      ///< a PMML document
+  Settings,  ///< a PMML document whose build task has parameters
+  DataModel  ///< a document that describes the fields of a data set
 };
 
 /// The word for a kind in JSON output.
@@ -34,19 +36,28 @@ class DocumentParser : public RQXPrsUtil::RQSettingsParser {
   /// The first "MiningBuildTask" below the document element of the parsed document, or null.
   const xercesc::DOMElement* GetBuildTask() const { return fBuildTask; }
 
+  /// Takes a build task without parameters for good too: such a document is read as if it had no build task.
+  void ForgiveMissingParameters() { fForgiving = true; }
+
  private:
+  bool fForgiving = false;
   const xercesc::DOMElement* fBuildTask = nullptr;
 };
 
 /// A document that was read whole.
 struct Document {
   DocumentKind kind;
-  std::unique_ptr<DocumentParser> parser;  ///< holds the parsed document; its status is OK
+  std::unique_ptr<DocumentParser> parser;                    ///< holds the parsed document; null for a data model
+  std::unique_ptr<RQXPrsUtil::RQDataModelParser> dataModel;  ///< the same for a data model; null for other documents
 };
 
 /// Reads the document that `input` holds. This is the one place that decides which kind of document it is.
 /// @throws Failure when it cannot be read (FileFailed) or is refused (Refused)
 Document ReadDocument(InputFile& input);
+
+/// Reads the PMML document that `input` holds for its models, whatever the state of its build task.
+/// @throws Failure as ReadDocument does
+Document ReadModelDocument(InputFile& input);
 
 /// Reads the settings document that `input` holds.
 /// @throws Failure as ReadDocument does, and for a document of another kind (Refused)
@@ -55,6 +66,10 @@ Document ReadSettings(InputFile& input);
 /// Reads the document that `input` holds into `reader`, whatever its kind.
 /// @throws Failure when it cannot be read (FileFailed) or is refused (Refused)
 void ReadTree(InputFile& input, RQXPrsUtil::RQXMLReadWrite& reader);
+
+/// True when the document has a DOCTYPE that is followed: its parts may be gone or never come a second time, and so it
+/// is parsed once only.
+bool FollowsDoctype(InputFile& input);
 
 /// Tells that the document element of what `input` holds is not "PMML".
 Failure NoPmmlDocument(InputFile& input);

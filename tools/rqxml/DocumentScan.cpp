@@ -133,6 +133,10 @@ class MarkupReader {
     return true;
   }
 
+  bool AtNameEnd() {
+    return AtEnd() || std::string_view(" \t\r\n/>[").find(static_cast<char>(Peek())) != std::string_view::npos;
+  }
+
   // Skips up to and including `end`.
   void SkipPast(std::string_view end) {
     std::string last;
@@ -152,6 +156,27 @@ class MarkupReader {
 
   std::istream& fIn;
 };
+
+// What stands behind comments and processing instructions.
+enum class Markup { None, Declaration, Element };
+
+// Skips to what stands there, and its "<" or "<!".
+Markup SkipToMarkup(MarkupReader& markup) {
+  while (!markup.AtEnd()) {
+    markup.SkipBlanks();
+    if (!markup.Take("<")) return Markup::None;
+    if (markup.Take("?")) {
+      markup.SkipPast("?>");
+    } else if (!markup.Take("!")) {
+      return Markup::Element;
+    } else if (markup.Take("-")) {
+      markup.SkipPast("-->");
+    } else {
+      return Markup::Declaration;
+    }
+  }
+  return Markup::None;
+}
 
 }  // namespace
 
@@ -187,20 +212,22 @@ std::optional<Place> FindElement(std::istream& in, const ElementPath& path) {
 
 bool HasDoctype(std::istream& in) {
   MarkupReader markup(in);
-  while (!markup.AtEnd()) {
-    markup.SkipBlanks();
-    if (!markup.Take("<")) return false;
-    if (markup.Take("?")) {
-      markup.SkipPast("?>");
-    } else if (!markup.Take("!")) {
+  return SkipToMarkup(markup) == Markup::Declaration && markup.Take("DOCTYPE");
+}
+
+bool BeginsWithElement(std::istream& in, std::string_view name) {
+  MarkupReader markup(in);
+  switch (SkipToMarkup(markup)) {
+    case Markup::None:
       return false;
-    } else if (markup.Take("-")) {
-      markup.SkipPast("-->");
-    } else {
-      return markup.Take("DOCTYPE");
-    }
+    case Markup::Declaration:
+      if (!markup.Take("DOCTYPE")) return false;
+      markup.SkipBlanks();
+      break;
+    case Markup::Element:
+      break;
   }
-  return false;
+  return markup.Take(name) && markup.AtNameEnd();
 }
 
 }  // namespace rqtool

@@ -9,6 +9,7 @@
 #include <istream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Failure.h"
@@ -43,6 +44,10 @@ std::optional<Place> FindElement(std::istream& in, const ElementPath& path);
 /// True when a document type declaration is the first markup besides comments and processing instructions. Works for
 /// every encoding whose markup is ASCII or UTF-16.
 bool HasDoctype(std::istream& in);
+
+/// True when the first markup besides comments and processing instructions is the start of an element `name`, or a
+/// document type declaration for one. Works for the same encodings, and reads no further.
+bool BeginsWithElement(std::istream& in, std::string_view name);
 
 }  // namespace rqtool
 

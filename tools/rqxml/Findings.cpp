@@ -40,6 +40,10 @@ constexpr std::array kKinds{
         "variable"},
     KindText{"secondLocalTransformations",
              "the model has \"LocalTransformations\", and gained a second one from the \"TransformationDictionary\""},
+    KindText{"functionsLeftOut",
+             "the functions %i of the \"TransformationDictionary\" were left out: what calls them cannot be computed"},
+    KindText{"versionDiffers", "the version of PMML is %h, but %k in the combined document, which keeps it"},
+    KindText{"namespaceDiffers", "the declaration %f is %h, but %k in the combined document, which keeps it"},
     KindText{"valueOutsideCategories", "split variable %f: the value %h is none of its categories"},
     KindText{"sameSplitValues", "the split values %h are those of %k: this segment can never be chosen"},
     KindText{"splitVariableIsField", "the split variable %f is a data field of this file too"},
@@ -150,9 +154,25 @@ void Comparison::CompareParts(const SplitDocument& document) {
   if (!document.model.empty() && !document.hasSchema) Report({.kind = "miningSchemaMissing"});
   if (!document.otherModels.empty()) Report({.kind = "modelLeftOut", .items = document.otherModels});
   if (document.hasTransformations && document.hasLocalTransformations) Report({.kind = "secondLocalTransformations"});
+  if (!document.model.empty() && !document.functions.empty()) {
+    Report({.kind = "functionsLeftOut", .items = document.functions});
+  }
   const std::size_t count = document.fields.size();
   if (document.numberOfFields && !IsNumber(*document.numberOfFields, count)) {
     Report({.kind = "numberOfFieldsWrong", .known = std::to_string(count), .found = *document.numberOfFields});
+  }
+}
+
+void Comparison::CompareVersions(const SplitDocument& document) {
+  if (document.version != fVersion) {
+    Report({.kind = "versionDiffers", .known = fVersion, .found = document.version});
+  }
+  for (const std::string& name : document.usedNamespaces) {
+    const auto known = fNamespaces.find(name);
+    const std::string address = known == fNamespaces.end() ? "" : known->second;
+    if (const std::string& found = document.namespaces.at(name); found != address) {
+      Report({.kind = "namespaceDiffers", .field = name, .known = address, .found = found});
+    }
   }
 }
 
@@ -166,6 +186,8 @@ void Comparison::CompareSplitVariables(const SplitDocument& document) {
 
 void Comparison::Found(const SplitDocument& document) {
   fFounded = true;
+  fVersion = document.version;
+  fNamespaces = document.namespaces;
   fHasDictionary = document.hasDictionary;
   fHasSchema = document.hasSchema;
   fAlgorithmName = document.algorithmName;
@@ -186,6 +208,7 @@ void Comparison::KnowField(const SourceField& field) {
 }
 
 void Comparison::Merge(const SplitDocument& document) {
+  CompareVersions(document);
   if (!document.model.empty() && document.algorithmName != fAlgorithmName) {
     Report({.kind = "algorithmNameDiffers", .known = fAlgorithmName, .found = document.algorithmName});
   }

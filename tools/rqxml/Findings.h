@@ -2,6 +2,7 @@
 #define RQXML_TOOLS_FINDINGS_H
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -17,7 +18,7 @@ namespace rqtool {
 struct Finding {
   std::string kind{};                ///< a word for programs
   std::string file{};                ///< the file as it is found from here
-  std::string field{};               ///< the field or split variable; empty for none
+  std::string field{};               ///< the field, split variable or declaration; empty for none
   std::string known{};               ///< what the combined document has; empty for nothing
   std::string found{};               ///< what the file has; empty for nothing
   std::vector<std::string> items{};  ///< what was added or left out
@@ -57,6 +58,7 @@ class Comparison {
   void Report(Finding finding);
   void CompareSplitValues(const Split& split);
   void CompareParts(const SplitDocument& document);
+  void CompareVersions(const SplitDocument& document);
   void CompareSplitVariables(const SplitDocument& document);
   void Found(const SplitDocument& document);
   void KnowField(const SourceField& field);
@@ -71,6 +73,8 @@ class Comparison {
   std::unordered_map<std::string, std::string> fFilesBySplit;
   std::string fFile;  // being added
   bool fFounded = false;
+  std::string fVersion;
+  std::map<std::string, std::string> fNamespaces;
   bool fHasDictionary = false;
   bool fHasSchema = false;
   std::string fAlgorithmName;

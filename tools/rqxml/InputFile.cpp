@@ -32,11 +32,13 @@ std::string SystemReason(int error) { return std::generic_category().message(err
 
 bool LooksLikeAddress(const std::string& name) { return name.find("://") != std::string::npos; }
 
-[[noreturn]] void FailToOpen(const std::string& name, int error) {
-  const bool address = error == ENOENT && LooksLikeAddress(name);
-  Fail(name, "cannot be opened: " + SystemReason(error),
-       address ? "only local files are read, nothing is fetched from a network: save the document first"
-               : "check the name and the permissions; - reads standard input");
+[[noreturn]] void FailToOpen(const std::string& name, int error, SpecialFiles specialFiles) {
+  std::string hint = "check the name and the permissions";
+  if (specialFiles != SpecialFiles::RegularOnly) hint += "; - reads standard input";
+  if (error == ENOENT && LooksLikeAddress(name)) {
+    hint = "only local files are read, nothing is fetched from a network: save the document first";
+  }
+  Fail(name, "cannot be opened: " + SystemReason(error), hint);
 }
 
 // Refuses what is not read.
@@ -45,7 +47,9 @@ void RequireKind(const std::string& name, mode_t mode, SpecialFiles specialFiles
   if (S_ISDIR(mode)) Fail(name, "is a directory", "name a file in it");
   if (specialFiles == SpecialFiles::Read) return;
   Fail(name, "is a pipe or a device, not a regular file",
-       "read it from standard input (-), or give --allow-dtd if you trust where it comes from");
+       specialFiles == SpecialFiles::RegularOnly
+           ? "save it to a file first"
+           : "read it from standard input (-), or give --allow-dtd if you trust where it comes from");
 }
 
 // A file descriptor that is closed at the end.
@@ -69,10 +73,10 @@ class Descriptor {
 // wait for the other end of a pipe. Looking before all the same spares devices that being opened has effects on.
 Descriptor Open(const std::string& name, SpecialFiles specialFiles) {
   struct stat information {};
-  if (::stat(name.c_str(), &information) != 0) FailToOpen(name, errno);
+  if (::stat(name.c_str(), &information) != 0) FailToOpen(name, errno, specialFiles);
   RequireKind(name, information.st_mode, specialFiles);
   Descriptor file(::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-  if (file.Get() < 0) FailToOpen(name, errno);
+  if (file.Get() < 0) FailToOpen(name, errno, specialFiles);
   return file;
 }
 
@@ -93,6 +97,9 @@ void ReadWithWaiting(int file, mode_t mode) {
 
 InputFile::InputFile(const std::string& name, SpecialFiles specialFiles)
     : fName(name), fPlain(&fFile), fStream(&fPlain) {
+  if (fName == kStandardInput && specialFiles == SpecialFiles::RegularOnly) {
+    Fail(fName, "cannot be read here", "name a regular file; one of the name - is ./-");
+  }
   const bool regular = fName != kStandardInput && OpenFile(specialFiles);
   if (regular) return;
   fRecord = std::make_unique<RecordingBuffer>(fFile.is_open() ? fFile : *std::cin.rdbuf());
@@ -103,12 +110,12 @@ InputFile::InputFile(const std::string& name, SpecialFiles specialFiles)
 bool InputFile::OpenFile(SpecialFiles specialFiles) {
   Descriptor file = Open(fName, specialFiles);
   struct stat information {};
-  if (::fstat(file.Get(), &information) != 0) FailToOpen(fName, errno);
+  if (::fstat(file.Get(), &information) != 0) FailToOpen(fName, errno, specialFiles);
   RequireKind(fName, information.st_mode, specialFiles);
   const bool regular = S_ISREG(information.st_mode);
   if (!regular) ReadWithWaiting(file.Get(), information.st_mode);
   fFile = __gnu_cxx::stdio_filebuf<char>(file.Get(), std::ios::in | std::ios::binary);
-  if (!fFile.is_open()) FailToOpen(fName, errno);
+  if (!fFile.is_open()) FailToOpen(fName, errno, specialFiles);
   file.HandOver();
   return regular;
 }

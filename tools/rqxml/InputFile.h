@@ -13,8 +13,9 @@ namespace rqtool {
 
 /// What is read besides regular files and standard input.
 enum class SpecialFiles {
-  Refuse,  ///< nothing
-  Read     ///< pipes and devices too
+  Refuse,      ///< nothing
+  Read,        ///< pipes and devices too
+  RegularOnly  ///< not even standard input: the file is opened by its name again
 };
 
 /// A document to read: a local file, or standard input under the name "-". Names are never taken as addresses, so
@@ -22,8 +23,8 @@ enum class SpecialFiles {
 class InputFile {
  public:
   /// Opens `name`.
-  /// @throws Failure (FileFailed) for what is not there, cannot be opened, is a directory, or is a pipe or a device
-  ///   and `specialFiles` refuses them
+  /// @throws Failure (FileFailed) for what is not there, cannot be opened, is a directory, or is a pipe, a device or
+  ///   standard input and `specialFiles` refuses it
   InputFile(const std::string& name, SpecialFiles specialFiles);
 
   /// The name as it was given.

@@ -119,6 +119,15 @@ void OutputFile::SetPermissions() const {
   if (::fchmod(fDescriptor, mode) != 0) Fail("cannot be written: " + SystemReason(errno), kFolderHint);
 }
 
+void OutputFile::Write(std::string_view text) const {
+  while (!text.empty()) {
+    const ssize_t written = ::write(fDescriptor, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail("cannot be written: " + SystemReason(errno), kRoomHint);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
 std::uint64_t OutputFile::Finish() {
   SetPermissions();
   struct stat written {};
@@ -143,6 +152,19 @@ void OutputFile::Remove() {
   ::unlink(fTemporary.c_str());
   ForgetSignals();
   fTemporary.clear();
+}
+
+void WriteWholeFile(const std::string& name, std::string_view text) {
+  OutputFile file(name);
+  file.Write(text);
+  file.Finish();
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  struct stat first {};
+  struct stat second {};
+  if (::stat(a.c_str(), &first) != 0 || ::stat(b.c_str(), &second) != 0) return false;
+  return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 }  // namespace rqtool

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace rqtool {
 
@@ -27,6 +28,10 @@ class OutputFile {
   /// The name to write to.
   const std::string& GetTemporaryName() const { return fTemporary; }
 
+  /// Writes `text` as the whole of the file.
+  /// @throws Failure (FileFailed) when that fails
+  void Write(std::string_view text) const;
+
   /// Gives the file its name, once everything is on the disk.
   /// @return its size in bytes
   /// @throws Failure (FileFailed) when that fails; the target is as it was
@@ -45,6 +50,13 @@ class OutputFile {
   std::string fTemporary;  // empty when it is gone
   int fDescriptor = -1;
 };
+
+/// Writes a file that appears when it is whole.
+/// @throws Failure (FileFailed) when that fails
+void WriteWholeFile(const std::string& name, std::string_view text);
+
+/// True when both names lead to one file that is there.
+bool IsSameFile(const std::string& a, const std::string& b);
 
 }  // namespace rqtool
 

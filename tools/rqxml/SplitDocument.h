@@ -1,6 +1,7 @@
 #ifndef RQXML_TOOLS_SPLITDOCUMENT_H
 #define RQXML_TOOLS_SPLITDOCUMENT_H
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,9 +21,13 @@ struct SourceField {
 
 /// What a combination takes from one split document, as far as it is compared with the other ones.
 struct SplitDocument {
+  std::string version{};                            ///< of PMML
+  std::map<std::string, std::string> namespaces{};  ///< what "PMML" declares, as in xmlns:p; xmlns always
+  std::vector<std::string> usedNamespaces{};        ///< those that fields and model use, sorted
   bool hasHeader = false;
   bool hasDictionary = false;
   bool hasTransformations = false;
+  std::vector<std::string> functions{};  ///< the names of those that its "TransformationDictionary" defines
   std::optional<std::string> numberOfFields{};
   std::vector<SourceField> fields{};
   std::string model{};                     ///< the element name of the model that is taken; empty without one

@@ -88,13 +88,24 @@ Splits ReadManifest(const std::string& name) {
   return splits;
 }
 
-// Where the last equals sign outside double quotes stands.
+// Where the quoted item that begins at `begin` ends: behind its closing quote, or nowhere.
+std::size_t FindEndOfQuoted(const std::string& text, std::size_t begin) {
+  std::size_t quote = text.find('"', begin + 1);
+  while (quote != std::string::npos && text.compare(quote, 2, "\"\"") == 0) quote = text.find('"', quote + 2);
+  return quote == std::string::npos ? quote : quote + 1;
+}
+
+// Where the equals sign before the values stands: the last one outside their quotes. A quote in the name of the file
+// is a character like any other; that of a value follows the equals sign or a comma.
 std::size_t FindEquals(const std::string& text) {
   std::size_t found = std::string::npos;
-  bool quoted = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '"') quoted = !quoted;
-    if (text[i] == '=' && !quoted) found = i;
+    if (text[i] == '=') found = i;
+    const bool beginsItem = found != std::string::npos && (text[i] == '=' || text[i] == ',');
+    if (!beginsItem || text.compare(i + 1, 1, "\"") != 0) continue;
+    const std::size_t end = FindEndOfQuoted(text, i + 1);
+    if (end == std::string::npos) return found;
+    i = end - 1;
   }
   return found;
 }

@@ -73,6 +73,22 @@ TextTable::TextTable(std::vector<Column> columns) : fColumns(std::move(columns))
 
 void TextTable::AddRow(Row row) { fRows.push_back(std::move(row)); }
 
+std::vector<std::string> TextTable::Titles() const {
+  std::vector<std::string> titles;
+  for (const Slot& slot : MeasureSlots()) titles.push_back(slot.column->title);
+  return titles;
+}
+
+std::vector<TextTable::Row> TextTable::Rows() const {
+  const Slots slots = MeasureSlots();
+  std::vector<Row> rows;
+  for (const Row& row : fRows) {
+    Row& shown = rows.emplace_back();
+    for (const Slot& slot : slots) shown.push_back(row[slot.index]);
+  }
+  return rows;
+}
+
 TextTable::Slots TextTable::MeasureSlots() const {
   Slots slots;
   for (std::size_t index = 0; index < fColumns.size(); ++index) {

@@ -38,6 +38,12 @@ class TextTable {
   /// Adds a row.
   void AddRow(Row row);
 
+  /// The titles of the columns that are shown.
+  std::vector<std::string> Titles() const;
+
+  /// The rows, each with the cells of the columns that are shown.
+  std::vector<Row> Rows() const;
+
   /// The table, fitted into `width` columns as far as it goes; everything shown whole without a width.
   std::string Render(std::optional<std::size_t> width) const;
 

@@ -1,5 +1,6 @@
 #include "VariableTable.h"
 
+#include <array>
 #include <limits>
 #include <string>
 #include <utility>
@@ -43,6 +44,11 @@ std::string KindText(const RQVariable& variable) {
   return {};
 }
 
+// A range that is open at both ends says nothing.
+bool IsUnbounded(const RQVariable& variable) {
+  return variable.GetMinimum() == kLowest && variable.GetMaximum() == kLargest && variable.GetCutPoints().empty();
+}
+
 Cell Bins(const RQVariable& variable) {
   const std::vector<double>& cutPoints = variable.GetCutPoints();
   const std::vector<std::string>& labels = variable.GetEncoder().GetBinLabels();
@@ -70,7 +76,8 @@ Cell Categories(const RQVariable& variable) {
 
 Cell ValuesCell(const RQVariable& variable) {
   if (variable.GetKind() == RQVariable::Kind::Categorical) return Categories(variable);
-  return variable.HasRange() ? Bins(variable) : Cell();
+  if (!variable.HasRange() || (IsUnbounded(variable) && variable.GetEncoder().GetBinLabels().empty())) return {};
+  return Bins(variable);
 }
 
 Cell MissingCell(const RQEncoder& encoder) {
@@ -89,11 +96,37 @@ Cell InvalidCell(const RQEncoder& encoder) {
   return {RangeText(encoder.GetInvalidLower(), encoder.GetInvalidUpper())};
 }
 
+Cell StorageCell(const RQVariable& variable) {
+  constexpr std::array<const char*, 7> kWords{"", "integer", "real", "string", "date", "time", "timestamp"};
+  const auto code = static_cast<std::size_t>(variable.GetStorageType());
+  return code == 0 || code >= kWords.size() ? Cell() : Cell{kWords[code]};
+}
+
+Cell RoleCell(const RQVariable& variable) {
+  switch (variable.GetRole()) {
+    case RQVariable::RoleTarget:
+      return {"target"};
+    case RQVariable::RoleFrequencyWeight:
+      return {"weight"};
+    case RQVariable::RoleInput:
+      return {"input"};
+    case RQVariable::RoleInputField:
+      return {"input field"};
+    default:
+      return {};
+  }
+}
+
+Cell FlagCell(const RQVariable& variable) {
+  return variable.GetFlag() ? Cell{"yes, " + std::to_string(variable.GetCount())} : Cell();
+}
+
 Cell TextCell(const std::string& text) { return text.empty() ? Cell() : Cell{Printable(text)}; }
 
 }  // namespace
 
-TextTable MakeVariableTable(const VariableSelection& variables) {
+TextTable MakeVariableTable(const VariableSelection& variables, VariableColumns columns) {
+  const bool all = columns == VariableColumns::All;
   using Fit = TextTable::Fit;
   TextTable table(
       {{.title = "#", .alignRight = true},
@@ -101,6 +134,9 @@ TextTable MakeVariableTable(const VariableSelection& variables) {
        {.title = "Label", .fit = Fit::CutText, .optional = true},
        {.title = "Kind"},
        {.title = "Type"},
+       {.title = "Storage", .optional = true},
+       {.title = "Role", .optional = true},
+       {.title = "Flag, count", .optional = true},
        {.title = "Missing values", .fit = Fit::ShortenList, .optional = true, .beneath = "missing"},
        {.title = "Invalid range", .fit = Fit::CutText, .optional = true, .beneath = "invalid"},
        {.title = "Range, bins or categories", .fit = Fit::ShortenList, .optional = true, .beneath = "values"}});
@@ -111,6 +147,9 @@ TextTable MakeVariableTable(const VariableSelection& variables) {
                   TextCell(variable->GetLabel()),
                   {KindText(*variable)},
                   {variable->IsString() ? "string" : "numeric"},
+                  all ? StorageCell(*variable) : Cell(),
+                  all ? RoleCell(*variable) : Cell(),
+                  all ? FlagCell(*variable) : Cell(),
                   MissingCell(variable->GetEncoder()),
                   InvalidCell(variable->GetEncoder()),
                   ValuesCell(*variable)});

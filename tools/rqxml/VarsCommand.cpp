@@ -42,6 +42,9 @@ struct VarsOptions {
   std::vector<std::string> fieldLists;  // as given, one for each --fields
   bool bins = false;
   bool derived = false;
+  bool fieldRoles = false;
+  bool flag = false;
+  std::optional<int> count;
   bool wide = false;
 };
 
@@ -73,10 +76,35 @@ struct Variables {
   VariableSelection derivedShown;
 };
 
+Failure Unfit(const InputFile& input, const std::string& what, const std::string& hint) {
+  return Failure(ExitCode::Refused, {.file = input.GetDisplayName(), .what = what, .hint = hint});
+}
+
+// Options that mean nothing for this kind of document are no use, and likely a mistake.
+void RequireFit(const InputFile& input, const Document& document, const VarsOptions& options) {
+  if (document.kind == DocumentKind::DataModel) {
+    if (options.bins) throw Unfit(input, "a data-model document defines no bins", "leave out --bins");
+    return;
+  }
+  for (const auto& [given, name] : {std::pair{options.fieldRoles, "--field-roles"}, {options.flag, "--flag"}}) {
+    if (!given) continue;
+    const std::string option = name;
+    throw Unfit(input, "is no data-model document, and " + option + " is for those alone", "leave out " + option);
+  }
+}
+
+std::unique_ptr<RQVarList> ReadList(InputFile& input, const Document& document, const std::vector<std::string>& names,
+                                    const VarsOptions& options) {
+  if (document.kind != DocumentKind::DataModel) return ReadVariables(input, document, names, options.bins);
+  return ReadDataModelVariables(
+      input, document, {.fieldRoles = options.fieldRoles, .flag = options.flag, .count = options.count.value_or(-1)});
+}
+
 Variables Read(InputFile& input, const Document& document, const std::vector<std::string>& names,
                const VarsOptions& options) {
+  RequireFit(input, document, options);
   Variables variables;
-  variables.list = ReadVariables(input, document, names, options.bins);
+  variables.list = ReadList(input, document, names, options);
   variables.shown = SelectVariables(*variables.list, names);
   if (!options.derived) return variables;
   variables.derivedList = ReadDerivedVariables(input, document);
@@ -109,13 +137,14 @@ std::string Count(std::size_t count, const std::string& what) {
 
 std::string TextReport(const InputFile& input, const Document& document, const Variables& variables, bool wide) {
   const std::optional<std::size_t> width = wide ? std::nullopt : TerminalWidth();
+  const auto columns = document.kind == DocumentKind::DataModel ? VariableColumns::All : VariableColumns::Usual;
   const std::string start = Printable(input.GetDisplayName()) + ": " + std::string(KindTitle(document.kind)) + ", ";
   std::string text = start + Count(variables.shown.size(), "variable");
   if (variables.derivedList) text += " and " + Count(variables.derivedShown.size(), "derived variable");
   text += '\n';
-  if (!variables.shown.empty()) text += '\n' + MakeVariableTable(variables.shown).Render(width);
+  if (!variables.shown.empty()) text += '\n' + MakeVariableTable(variables.shown, columns).Render(width);
   if (!variables.derivedShown.empty()) {
-    text += "\nDerived variables:\n\n" + MakeVariableTable(variables.derivedShown).Render(width);
+    text += "\nDerived variables:\n\n" + MakeVariableTable(variables.derivedShown, columns).Render(width);
   }
   return text;
 }
@@ -129,7 +158,14 @@ std::string JsonReport(const InputFile& input, const Document& document, const V
   return JsonText(json);
 }
 
+void RequireFlagWithCount(const VarsOptions& options) {
+  if (options.flag == options.count.has_value()) return;
+  throw Failure(ExitCode::WrongUsage, {.what = options.flag ? "--flag needs --count" : "--count needs --flag",
+                                       .hint = "give both, as in --flag --count 5, or none of them"});
+}
+
 Outcome Run(const VarsOptions& options, const Request& request) {
+  RequireFlagWithCount(options);
   const std::vector<std::string> names = FieldNames(options.fieldLists);
   InputFile input(options.file, request.Files());
   const Document document = ReadDocument(input);
@@ -154,6 +190,9 @@ void AddVarsCommand(CLI::App& app, Request& request) {
       ->allow_extra_args(false);
   command->add_flag("--bins", options->bins, "take the bins of continuous fields from the document");
   command->add_flag("--derived", options->derived, "list the derived fields of a settings document too");
+  command->add_flag("--field-roles", options->fieldRoles, "of a data model: input fields get role 5, not 4");
+  command->add_flag("--flag", options->flag, "of a data model: continuous variables get the flag\nand the count");
+  command->add_option("--count", options->count, "the count that goes with --flag; from 2 on")->option_text("N");
   command->add_flag("--wide", options->wide, "shorten nothing to the width of the terminal");
   AddJson(*command, request);
   AddAllowDtd(*command, request);

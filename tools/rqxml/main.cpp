@@ -125,6 +125,7 @@ ExitCode Run(int argc, char** argv) {
   AddVarsCommand(app, request);
   AddSettingsCommand(app, request);
   AddGetCommand(app, request);
+  AddStatsCommand(app, request);
   AddCombineCommand(app, request);
   AddStatusCommand(app, request);
   if (const std::optional<std::string> word = FindEmptyValue(argc, argv)) {
