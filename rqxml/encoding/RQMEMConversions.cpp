@@ -44,6 +44,16 @@ Text<Unit> From(Text<Unit> text, std::size_t offset) {
   return {text.begin + offset, text.end};
 }
 
+template <class Unit>
+bool HasLoneSurrogate(Text<Unit> text) {
+  std::array<char, 256> scratch;
+  for (;;) {
+    char* target = scratch.data();
+    const Stop stop = EncodeUtf8(text.begin, text.end, target, target + scratch.size());
+    if (stop != Stop::Full) return stop == Stop::Malformed;
+  }
+}
+
 }  // namespace
 
 CodePageSide::CodePageSide(void* converter, Direction direction)
@@ -79,14 +89,12 @@ bool Utf8Shortcut::Next(UConverter* target, UConverter* source, char*& to, char*
     fFailed = true;
     return false;
   }
-  if (!fStarted) fPivotSource = fPivotTarget = fPivot.data();
   for (;;) {
     const char* const end = fText.begin + std::min(fText.Length(), kLargestPiece);
     const bool isLast = end == fText.end;
     UErrorCode error = U_ZERO_ERROR;
     ucnv_convertEx(target, source, &to, limit, &fText.begin, end, fPivot.data(), &fPivotSource, &fPivotTarget,
-                   fPivot.data() + fPivot.size(), fStarted ? 0 : 1, isLast ? 1 : 0, &error);
-    fStarted = true;
+                   fPivot.data() + fPivot.size(), 0, isLast ? 1 : 0, &error);
     if (error == U_BUFFER_OVERFLOW_ERROR) return true;
     if (U_FAILURE(error)) fFailed = true;
     if (U_FAILURE(error) || isLast) return false;
@@ -133,7 +141,8 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
 }
 
 UConverter* CodePageReader::LongUtf8(Text<char>& text) {
-  if (!fSide.IsUtf8() || fText.Length() < Utf8Shortcut::kShortest) return nullptr;
+  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Original() == nullptr) return nullptr;
+  if (ucnv_getType(fSide.Original()) != UCNV_UTF8) return nullptr;
   text = fText;
   return fSide.Clone();
 }
@@ -185,7 +194,15 @@ ToCodePage<Source>::ToCodePage(void* converter, Text<Unit> text)
       fAsciiLength(fSide.SameLength(text)),
       fAscii(First(text, fAsciiLength)),
       fText(From(text, fAsciiLength)),
-      fWriter(fText) {}
+      fWriter(fText) {
+  if constexpr (!std::is_same_v<Unit, char>)
+    if (fSide.Original() != nullptr && WritesSurrogates(*fSide.Original()) && HasLoneSurrogate(fText)) fSide.Fail();
+}
+
+template <class Source>
+bool ToCodePage<Source>::WantsShortcut() const {
+  return std::is_same_v<Unit, char> && fText.Length() >= Utf8Shortcut::kShortest && HasNoState(*fSide.Original());
+}
 
 template <class Source>
 bool ToCodePage<Source>::Next(char*& target, char* limit) {
@@ -194,7 +211,7 @@ bool ToCodePage<Source>::Next(char*& target, char* limit) {
   UConverter* const clone = fSide.Clone();
   if (clone == nullptr) return false;
   if constexpr (std::is_same_v<Unit, char>) {
-    if (!fShortcut && fText.Length() >= Utf8Shortcut::kShortest) fShortcut.emplace(fText);
+    if (!fShortcut && WantsShortcut()) fShortcut.emplace(fText);
     if (fShortcut) return fShortcut->NextTo(clone, target, limit);
   }
   return fWriter.Next(clone, target, limit);

@@ -95,10 +95,11 @@ class CodePageSide {
   /// The clone; null, and a problem, when there is none.
   UConverter* Clone();
   bool HasClone() const { return fClone.has_value(); }
-  bool IsUtf8() const { return fConverter != nullptr && ucnv_getType(fConverter) == UCNV_UTF8; }
   bool Problem() const { return fFailed || (fClone && fClone->Replaced()); }
   /// Notes a problem.
   void Fail() { fFailed = true; }
+  /// The converter, not to convert with; null when there is none.
+  const UConverter* Original() const { return fConverter; }
 
  private:
   UConverter* const fConverter;
@@ -128,11 +129,10 @@ class Utf8Shortcut {
 
   Text<char> fText;
   Utf8Clone fUtf8;
-  bool fStarted = false;
   bool fFailed = false;
-  UChar* fPivotSource = nullptr;
-  UChar* fPivotTarget = nullptr;
   std::array<UChar, kPivotSize> fPivot;
+  UChar* fPivotSource = fPivot.data();
+  UChar* fPivotTarget = fPivot.data();
 };
 
 /// Reads a code page, as 16-bit units.
@@ -230,6 +230,7 @@ class ToCodePage {
     bool fFailed = false;
   };
 
+  bool WantsShortcut() const;
   bool Fits(const Unit* end, char*& target, char* limit);
   const Unit* LongestBetween(const Unit* fitting, const Unit* tooLong, char* from, char* limit);
 

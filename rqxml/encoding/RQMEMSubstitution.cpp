@@ -56,20 +56,6 @@ void NoteMalformed(const void* context, UConverterToUnicodeArgs* args, const cha
   UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
 }
 
-bool HasNoState(const UConverter& converter) {
-  switch (ucnv_getType(&converter)) {
-    case UCNV_SBCS:
-    case UCNV_DBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_US_ASCII:
-    case UCNV_UTF8:
-      return true;
-    default:
-      return false;
-  }
-}
-
 constexpr std::size_t kAsciiCount = 0x80;
 using AsciiBytes = std::array<char, kAsciiCount>;
 using AsciiUnits = std::array<UChar, kAsciiCount>;
@@ -105,6 +91,33 @@ AsciiRange Probe(UConverter& converter) {
 }
 
 }  // namespace
+
+bool HasNoState(const UConverter& converter) {
+  switch (ucnv_getType(&converter)) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII:
+    case UCNV_UTF8:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool WritesSurrogates(const UConverter& converter) {
+  switch (ucnv_getType(&converter)) {
+    case UCNV_UTF7:
+    case UCNV_IMAP_MAILBOX:
+    case UCNV_SCSU:
+    case UCNV_BOCU1:
+    case UCNV_CESU8:
+      return true;
+    default:
+      return false;
+  }
+}
 
 void InstallSubstitution(UConverter& converter) {
   UErrorCode error = U_ZERO_ERROR;

@@ -16,6 +16,12 @@ enum class AsciiRange {
   All         ///< 0x00 to 0x7F
 };
 
+/// True for converters without shift states. For those, ICU has fast ways from UTF-8.
+bool HasNoState(const UConverter& converter);
+
+/// True for converters that write halves of surrogate pairs as if they were characters.
+bool WritesSurrogates(const UConverter& converter);
+
 /// Makes "?" the substitute of a converter, as far as the converter takes it, and installs callbacks that report each
 /// substitution with one of the two statuses.
 void InstallSubstitution(UConverter& converter);
