@@ -21,7 +21,7 @@ void* KeptSystemConverter() {
 /// True when the system encoding's name is the same in UTF-8 and in the default converter's encoding.
 bool IsNameSameInDefault() {
   const UConverter* const converter = QULTMBGetDefaultConverter();
-  if (converter == nullptr || SafeAscii(*converter) == AsciiRange::None) return false;
+  if (converter == nullptr || TraitsOf(*converter).ascii == AsciiRange::None) return false;
   static const bool isPlain = IsPlainConverterName(SystemEncoding());
   return isPlain;
 }

@@ -7,9 +7,9 @@ namespace RQMEM_NAMESPACE {
 
 namespace {
 
-UConverter* Clone(const UConverter& converter) {
+UConverter* Clone(const UConverter& converter, UConverterType type) {
   UErrorCode error = U_ZERO_ERROR;
-  if (ucnv_getType(&converter) == UCNV_COMPOUND_TEXT) {  // ICU crashes where a clone of this type is closed
+  if (type == UCNV_COMPOUND_TEXT) {  // ICU crashes where a clone of this type is closed
     UConverter* const opened = ucnv_open(ucnv_getName(&converter, &error), &error);
     if (opened != nullptr) InstallSubstitution(*opened);
     return opened;
@@ -27,8 +27,15 @@ UConverter* Clone(const UConverter& converter) {
 
 ConverterClone::ConverterClone(void* converter, Direction direction) {
   const auto* const original = converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter();
-  if (original == nullptr) return;
-  fClone.reset(Clone(*original));
+  if (original != nullptr) Set(*original, TraitsOf(*original), direction);
+}
+
+ConverterClone::ConverterClone(const UConverter& converter, const ConverterTraits& traits, Direction direction) {
+  Set(converter, traits, direction);
+}
+
+void ConverterClone::Set(const UConverter& converter, const ConverterTraits& traits, Direction direction) {
+  fClone.reset(Clone(converter, traits.type));
   if (!fClone) return;
   if (direction == Direction::FromUnicode)
     RecordFromUnicode(*fClone, fReplaced);
@@ -36,14 +43,16 @@ ConverterClone::ConverterClone(void* converter, Direction direction) {
     RecordToUnicode(*fClone, fReplaced);
 }
 
-Utf8Clone::Utf8Clone() {
+Utf8Clone::Utf8Clone(Direction direction) {
   UErrorCode error = U_ZERO_ERROR;
   static const UConverter* const original = ucnv_open("UTF-8", &error);  // kept: a clone costs less than opening one
   if (original == nullptr) return;
-  fClone.reset(Clone(*original));
+  fClone.reset(Clone(*original, UCNV_UTF8));
   if (!fClone) return;
-  RecordMalformed(*fClone, fReplaced);
-  RecordFromUnicode(*fClone, fReplaced);
+  if (direction == Direction::FromUnicode)
+    RecordFromUnicode(*fClone, fReplaced);
+  else
+    RecordMalformed(*fClone, fReplaced);
 }
 
 }  // namespace RQMEM_NAMESPACE

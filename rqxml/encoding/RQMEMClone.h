@@ -15,6 +15,8 @@ struct CloseConverter {
 /// Owns a converter.
 using OwnedConverter = std::unique_ptr<UConverter, CloseConverter>;
 
+struct ConverterTraits;
+
 /// What a clone is for.
 enum class Direction { FromUnicode, ToUnicode };
 
@@ -25,6 +27,8 @@ class ConverterClone {
   /// @param converter what to clone; null for the default converter, which is made if there is none
   /// @param direction what the clone can be used for
   explicit ConverterClone(void* converter, Direction direction = Direction::ToUnicode);
+  /// As above, for a converter of which the traits are known.
+  ConverterClone(const UConverter& converter, const ConverterTraits& traits, Direction direction);
   ConverterClone(const ConverterClone&) = delete;
   ConverterClone& operator=(const ConverterClone&) = delete;
 
@@ -36,6 +40,8 @@ class ConverterClone {
   bool Replaced() const { return fReplaced; }
 
  private:
+  void Set(const UConverter& converter, const ConverterTraits& traits, Direction direction);
+
   bool fReplaced = false;
   OwnedConverter fClone;  // closed first: ICU calls the callbacks then
 };
@@ -43,7 +49,7 @@ class ConverterClone {
 /// A converter for UTF-8 for one conversion of text that is UTF-8 by its meaning: what is malformed becomes U+FFFD.
 class Utf8Clone {
  public:
-  Utf8Clone();
+  explicit Utf8Clone(Direction direction);
   Utf8Clone(const Utf8Clone&) = delete;
   Utf8Clone& operator=(const Utf8Clone&) = delete;
 

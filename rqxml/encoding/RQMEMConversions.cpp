@@ -3,7 +3,6 @@
 #include <type_traits>
 
 #include "rqxml/encoding/RQMEMConverter.h"
-#include "rqxml/encoding/RQMEMSubstitution.h"
 
 namespace RQMEM_NAMESPACE {
 
@@ -58,21 +57,20 @@ bool HasLoneSurrogate(Text<Unit> text) {
 
 CodePageSide::CodePageSide(void* converter, Direction direction)
     : fConverter(converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter()),
+      fTraits(fConverter != nullptr ? TraitsOf(*fConverter) : ConverterTraits{}),
       fDirection(direction) {}
 
 template <class Unit>
 std::size_t CodePageSide::SameLength(Text<Unit> text) const {
-  if (fConverter == nullptr || text.Empty()) return 0;
-  const AsciiRange range = SafeAscii(*fConverter);
-  if (range == AsciiRange::None) return 0;
-  const std::size_t length =
-      range == AsciiRange::All ? AsciiLength(text.begin, text.Length()) : PrintableLength(text.begin, text.Length());
+  if (fTraits.ascii == AsciiRange::None || text.Empty()) return 0;
+  const std::size_t length = fTraits.ascii == AsciiRange::All ? AsciiLength(text.begin, text.Length())
+                                                              : PrintableLength(text.begin, text.Length());
   // The last one may form one character of the code page with what follows.
   return length == text.Length() || length == 0 ? length : length - 1;
 }
 
 UConverter* CodePageSide::Clone() {
-  if (!fClone && fConverter != nullptr) fClone.emplace(fConverter, fDirection);
+  if (!fClone && fConverter != nullptr) fClone.emplace(*fConverter, fTraits, fDirection);
   if (fClone && *fClone) return fClone->Get();
   Fail();
   return nullptr;
@@ -141,8 +139,7 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
 }
 
 UConverter* CodePageReader::LongUtf8(Text<char>& text) {
-  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Original() == nullptr) return nullptr;
-  if (ucnv_getType(fSide.Original()) != UCNV_UTF8) return nullptr;
+  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Traits().type != UCNV_UTF8) return nullptr;
   text = fText;
   return fSide.Clone();
 }
@@ -150,7 +147,7 @@ UConverter* CodePageReader::LongUtf8(Text<char>& text) {
 CodePageToUtf8::CodePageToUtf8(void* converter, Text<char> text) : fReader(converter, text) {
   Text<char> longText;
   fShortcutSource = fReader.LongUtf8(longText);
-  if (fShortcutSource != nullptr) fShortcut.emplace(longText);
+  if (fShortcutSource != nullptr) fShortcut.emplace(longText, Direction::FromUnicode);
 }
 
 bool CodePageToUtf8::Next(char*& target, char* limit) {
@@ -196,12 +193,12 @@ ToCodePage<Source>::ToCodePage(void* converter, Text<Unit> text)
       fText(From(text, fAsciiLength)),
       fWriter(fText) {
   if constexpr (!std::is_same_v<Unit, char>)
-    if (fSide.Original() != nullptr && WritesSurrogates(*fSide.Original()) && HasLoneSurrogate(fText)) fSide.Fail();
+    if (fSide.Traits().WritesSurrogates() && HasLoneSurrogate(fText)) fSide.Fail();
 }
 
 template <class Source>
 bool ToCodePage<Source>::WantsShortcut() const {
-  return std::is_same_v<Unit, char> && fText.Length() >= Utf8Shortcut::kShortest && HasNoState(*fSide.Original());
+  return std::is_same_v<Unit, char> && fText.Length() >= Utf8Shortcut::kShortest && fSide.Traits().HasNoState();
 }
 
 template <class Source>
@@ -211,7 +208,7 @@ bool ToCodePage<Source>::Next(char*& target, char* limit) {
   UConverter* const clone = fSide.Clone();
   if (clone == nullptr) return false;
   if constexpr (std::is_same_v<Unit, char>) {
-    if (!fShortcut && WantsShortcut()) fShortcut.emplace(fText);
+    if (!fShortcut && WantsShortcut()) fShortcut.emplace(fText, Direction::ToUnicode);
     if (fShortcut) return fShortcut->NextTo(clone, target, limit);
   }
   return fWriter.Next(clone, target, limit);

@@ -14,6 +14,7 @@
 
 #include "rqxml/encoding/RQMEMClone.h"
 #include "rqxml/encoding/RQMEMSources.h"
+#include "rqxml/encoding/RQMEMSubstitution.h"
 #include "rqxml/encoding/RQMEMUtf16.h"
 
 namespace RQMEM_NAMESPACE {
@@ -98,11 +99,12 @@ class CodePageSide {
   bool Problem() const { return fFailed || (fClone && fClone->Replaced()); }
   /// Notes a problem.
   void Fail() { fFailed = true; }
-  /// The converter, not to convert with; null when there is none.
-  const UConverter* Original() const { return fConverter; }
+  /// What is known of the converter; nothing when there is none.
+  const ConverterTraits& Traits() const { return fTraits; }
 
  private:
-  UConverter* const fConverter;
+  const UConverter* const fConverter;
+  const ConverterTraits fTraits;
   const Direction fDirection;
   std::optional<ConverterClone> fClone;
   bool fFailed = false;
@@ -114,7 +116,9 @@ class Utf8Shortcut {
   /// Shorter text is not worth the clone.
   static constexpr std::size_t kShortest = 256;
 
-  explicit Utf8Shortcut(Text<char> text) : fText(text) {}
+  /// @param text what is converted
+  /// @param direction what becomes of the UTF-8
+  Utf8Shortcut(Text<char> text, Direction direction) : fText(text), fUtf8(direction) {}
 
   /// Writes on from UTF-8.
   bool NextTo(UConverter* target, char*& to, char* limit) { return Next(target, fUtf8.Get(), to, limit); }

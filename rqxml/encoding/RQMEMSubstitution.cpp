@@ -10,25 +10,33 @@ namespace RQMEM_NAMESPACE {
 
 namespace {
 
-/// The callbacks' contexts: converters carry what is known of them. Indexed by AsciiRange.
-constexpr std::array<AsciiRange, 3> kKnown = {AsciiRange::None, AsciiRange::Printable, AsciiRange::All};
+constexpr std::size_t kTypes = UCNV_NUMBER_OF_SUPPORTED_CONVERTER_TYPES;
+using TraitsOfTypes = std::array<ConverterTraits, kTypes>;
 
-/// Callbacks are called for reset, close and clone too.
+constexpr TraitsOfTypes MakeTraits(AsciiRange range) {
+  TraitsOfTypes all{};
+  for (std::size_t type = 0; type < kTypes; ++type) all[type] = {range, static_cast<UConverterType>(type)};
+  return all;
+}
+
+/// The callbacks' contexts: converters carry what is known of them. Indexed by AsciiRange.
+constexpr std::array<TraitsOfTypes, 3> kKnown = {MakeTraits(AsciiRange::None), MakeTraits(AsciiRange::Printable),
+                                                 MakeTraits(AsciiRange::All)};
+
+/// Callbacks are called for reset, close and clone too. ICU's own do nothing then.
 bool IsSubstitution(UConverterCallbackReason reason) { return reason == UCNV_UNASSIGNED || reason == UCNV_ILLEGAL; }
 
 void ReportFromUnicode(const void*, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
                        UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
+  if (!IsSubstitution(reason)) return;
   UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
-  if (IsSubstitution(reason) && U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
+  if (U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
 }
 
 /// Writes "?" in place of ICU's substitute.
-void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
+void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char*, std::int32_t,
                      UConverterCallbackReason reason, UErrorCode* error) {
-  if (!IsSubstitution(reason)) {
-    UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
-    return;
-  }
+  if (!IsSubstitution(reason)) return;
   *error = U_ZERO_ERROR;
   ucnv_cbToUWriteUChars(args, u"?", 1, 0, error);
   if (U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
@@ -38,21 +46,23 @@ void Record(const void* context) { *const_cast<bool*>(static_cast<const bool*>(c
 
 void NoteFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
                      UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
-  if (IsSubstitution(reason)) Record(context);
+  if (!IsSubstitution(reason)) return;
+  Record(context);
   UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
 }
 
 void NoteToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
                    UConverterCallbackReason reason, UErrorCode* error) {
-  ReportToUnicode(nullptr, args, units, length, reason, error);
   if (!IsSubstitution(reason)) return;
+  ReportToUnicode(nullptr, args, units, length, reason, error);
   Record(context);
   if (U_SUCCESS(*error)) *error = U_ZERO_ERROR;
 }
 
 void NoteMalformed(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
                    UConverterCallbackReason reason, UErrorCode* error) {
-  if (IsSubstitution(reason)) Record(context);
+  if (!IsSubstitution(reason)) return;
+  Record(context);
   UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
 }
 
@@ -66,8 +76,8 @@ bool SameBetween(const Array& left, const Array& right, std::size_t first, std::
   return std::equal(left.begin() + first, left.begin() + last + 1, right.begin() + first);
 }
 
-AsciiRange Probe(UConverter& converter) {
-  if (!HasNoState(converter)) return AsciiRange::None;
+AsciiRange Probe(UConverter& converter, UConverterType type) {
+  if (!ConverterTraits{AsciiRange::None, type}.HasNoState()) return AsciiRange::None;
   AsciiBytes bytes;
   AsciiUnits units;
   for (std::size_t i = 0; i < kAsciiCount; ++i) {
@@ -92,8 +102,8 @@ AsciiRange Probe(UConverter& converter) {
 
 }  // namespace
 
-bool HasNoState(const UConverter& converter) {
-  switch (ucnv_getType(&converter)) {
+bool ConverterTraits::HasNoState() const {
+  switch (type) {
     case UCNV_SBCS:
     case UCNV_DBCS:
     case UCNV_MBCS:
@@ -106,8 +116,8 @@ bool HasNoState(const UConverter& converter) {
   }
 }
 
-bool WritesSurrogates(const UConverter& converter) {
-  switch (ucnv_getType(&converter)) {
+bool ConverterTraits::WritesSurrogates() const {
+  switch (type) {
     case UCNV_UTF7:
     case UCNV_IMAP_MAILBOX:
     case UCNV_SCSU:
@@ -122,8 +132,9 @@ bool WritesSurrogates(const UConverter& converter) {
 void InstallSubstitution(UConverter& converter) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setSubstChars(&converter, "?", 1, &error);  // some refuse it and keep their own
-  const AsciiRange range = Probe(converter);
-  const AsciiRange* const known = &kKnown[static_cast<std::size_t>(range)];
+  const UConverterType type = ucnv_getType(&converter);
+  const AsciiRange range = Probe(converter, type);
+  const ConverterTraits* const known = &kKnown[static_cast<std::size_t>(range)][static_cast<std::size_t>(type)];
   error = U_ZERO_ERROR;
   ucnv_setFromUCallBack(&converter, ReportFromUnicode, known, nullptr, nullptr, &error);
   ucnv_setToUCallBack(&converter, ReportToUnicode, known, nullptr, nullptr, &error);
@@ -147,11 +158,12 @@ void RecordMalformed(UConverter& converter, bool& replaced) {
   ucnv_resetToUnicode(&converter);
 }
 
-AsciiRange SafeAscii(const UConverter& converter) {
+ConverterTraits TraitsOf(const UConverter& converter) {
   UConverterFromUCallback from = nullptr;
   const void* context = nullptr;
   ucnv_getFromUCallBack(&converter, &from, &context);
-  return from == ReportFromUnicode ? *static_cast<const AsciiRange*>(context) : AsciiRange::None;
+  if (from == ReportFromUnicode) return *static_cast<const ConverterTraits*>(context);
+  return {AsciiRange::None, ucnv_getType(&converter)};
 }
 
 }  // namespace RQMEM_NAMESPACE

@@ -16,11 +16,19 @@ enum class AsciiRange {
   All         ///< 0x00 to 0x7F
 };
 
-/// True for converters without shift states. For those, ICU has fast ways from UTF-8.
-bool HasNoState(const UConverter& converter);
+/// What is known of a converter.
+struct ConverterTraits {
+  AsciiRange ascii = AsciiRange::None;  ///< None for a converter without InstallSubstitution's callbacks
+  UConverterType type = UCNV_UNSUPPORTED_CONVERTER;
 
-/// True for converters that write halves of surrogate pairs as if they were characters.
-bool WritesSurrogates(const UConverter& converter);
+  /// True without shift states. ICU has fast ways from UTF-8 then.
+  bool HasNoState() const;
+  /// True when halves of surrogate pairs are written as if they were characters.
+  bool WritesSurrogates() const;
+};
+
+/// Costs nearly nothing for a converter with InstallSubstitution's callbacks.
+ConverterTraits TraitsOf(const UConverter& converter);
 
 /// Makes "?" the substitute of a converter, as far as the converter takes it, and installs callbacks that report each
 /// substitution with one of the two statuses.
@@ -35,9 +43,6 @@ void RecordFromUnicode(UConverter& converter, bool& replaced);
 void RecordToUnicode(UConverter& converter, bool& replaced);
 /// For reading; the substitute is U+FFFD.
 void RecordMalformed(UConverter& converter, bool& replaced);
-
-/// What is known of a converter with InstallSubstitution's callbacks; None for any other converter.
-AsciiRange SafeAscii(const UConverter& converter);
 
 }  // namespace RQMEM_NAMESPACE
 

@@ -1,5 +1,7 @@
 #include "rqxml/encoding/RQMEMUtf16.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
@@ -27,13 +29,17 @@ bool IsLead(std::uint32_t value) { return (value & 0xFFFFFC00U) == 0xD800U; }
 bool IsTrailSurrogate(std::uint32_t value) { return (value & 0xFFFFFC00U) == 0xDC00U; }
 bool IsSurrogate(std::uint32_t value) { return (value & 0xFFFFF800U) == 0xD800U; }
 
-std::uint64_t LoadEight(const char* source) {
+std::uint64_t LoadWord(const char* source) {
   std::uint64_t word;
   std::memcpy(&word, source, sizeof word);
   return word;
 }
 
-bool IsAsciiBlock(const char* source) { return ((LoadEight(source) | LoadEight(source + 8)) & kHighBits) == 0; }
+/// Where the first byte with its high bit set stands; there is one.
+std::size_t FirstHighByte(std::uint64_t high) {
+  const int zeros = std::endian::native == std::endian::little ? std::countr_zero(high) : std::countl_zero(high);
+  return static_cast<std::size_t>(zeros) / 8;
+}
 
 template <class Unit>
 void PutPair(std::uint32_t codePoint, Unit*& target) {
@@ -77,15 +83,11 @@ Stop DecodeFour(const char*& source, const char* end, Unit*& target, const Unit*
   return Stop::AtEnd;
 }
 
-/// One character; four bytes can be read and two units written. False, and nothing moved, where it is malformed.
+/// One character of several bytes; four bytes can be read and two units written. False, and nothing moved, where it is
+/// malformed.
 template <class Unit>
-bool DecodeWithRoom(const char*& source, Unit*& target) {
+bool DecodeSeveral(const char*& source, Unit*& target) {
   const unsigned lead = Byte(*source);
-  if (lead < 0x80U) {
-    *target++ = static_cast<Unit>(lead);
-    ++source;
-    return true;
-  }
   if (lead < 0xC2U || lead > 0xF4U) return false;
   const char* const end = source + 4;
   const Unit* const limit = target + 2;
@@ -94,20 +96,36 @@ bool DecodeWithRoom(const char*& source, Unit*& target) {
   return DecodeFour(source, end, target, limit) == Stop::AtEnd;
 }
 
-/// Everything up to what is malformed, near the end or near the limit.
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+
+/// Widens the ASCII at the beginning of a word; the rest of a word behind the target is overwritten.
+/// @return true when the whole word is ASCII
+template <class Unit>
+bool DecodeWord(const char*& source, Unit*& target) {
+  const std::uint64_t high = LoadWord(source) & kHighBits;
+  for (std::size_t i = 0; i < kWord; ++i) target[i] = static_cast<Unit>(Byte(source[i]));
+  const std::size_t count = high == 0 ? kWord : FirstHighByte(high);
+  source += count;
+  target += count;
+  return high == 0;
+}
+
+/// Everything up to what is malformed, near the end or near the limit. No character takes more units than bytes, so
+/// that one margin serves both sides.
 template <class Unit>
 void DecodeBulk(const char*& source, const char* end, Unit*& target, const Unit* limit) {
-  constexpr std::ptrdiff_t kMargin = 2 * kBlock;
-  while (end - source >= kMargin && limit - target >= kMargin) {
-    if (Byte(*source) < 0x80U && IsAsciiBlock(source)) {
-      for (std::size_t i = 0; i < kBlock; ++i) target[i] = static_cast<Unit>(source[i]);
-      source += kBlock;
-      target += kBlock;
-      continue;
+  constexpr std::ptrdiff_t kMargin = kWord;
+  for (;;) {
+    const std::ptrdiff_t room = std::min<std::ptrdiff_t>(end - source, limit - target);
+    if (room < kMargin) return;
+    const char* const last = source + (room - kMargin);
+    while (source <= last) {
+      if (Byte(*source) < 0x80U && DecodeWord(source, target)) continue;
+      while (Byte(*source) >= 0x80U) {
+        if (!DecodeSeveral(source, target)) return;
+        if (source > last) break;
+      }
     }
-    const char* const blockEnd = source + kBlock;
-    while (source < blockEnd)
-      if (!DecodeWithRoom(source, target)) return;
   }
 }
 
