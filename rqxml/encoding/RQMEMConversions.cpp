@@ -1,0 +1,300 @@
+#include "rqxml/encoding/RQMEMConversions.h"
+
+#include <type_traits>
+
+#include "rqxml/encoding/RQMEMConverter.h"
+
+namespace RQMEM_NAMESPACE {
+
+namespace {
+
+/// ICU refuses sources of more than about 2^31 bytes.
+constexpr std::size_t kLargestPiece = std::size_t{1} << 20;
+
+/// Copies ASCII as far as it fits.
+/// @return true when the output is full and some is left
+template <class In, class Out>
+bool CopyAscii(Text<In>& ascii, Out*& target, const Out* limit) {
+  const std::size_t count = std::min(ascii.Length(), static_cast<std::size_t>(limit - target));
+  const In* const from = ascii.begin;  // local: what is written could otherwise change the cursors
+  Out* const to = target;
+  if constexpr (std::is_same_v<In, Out>)
+    std::copy_n(from, count, to);
+  else
+    for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<Out>(from[i]);
+  ascii.begin += count;
+  target += count;
+  return !ascii.Empty();
+}
+
+/// The length that a lead byte announces.
+std::ptrdiff_t Utf8SequenceLength(char lead) {
+  const unsigned byte = static_cast<unsigned char>(lead);
+  return byte < 0xC0U ? 1 : byte < 0xE0U ? 2 : byte < 0xF0U ? 3 : 4;
+}
+
+template <class Unit>
+Text<Unit> First(Text<Unit> text, std::size_t length) {
+  return {text.begin, text.begin + length};
+}
+
+template <class Unit>
+Text<Unit> From(Text<Unit> text, std::size_t offset) {
+  return {text.begin + offset, text.end};
+}
+
+template <class Unit>
+bool HasLoneSurrogate(Text<Unit> text) {
+  std::array<char, 256> scratch;
+  for (;;) {
+    char* target = scratch.data();
+    const Stop stop = EncodeUtf8(text.begin, text.end, target, target + scratch.size());
+    if (stop != Stop::Full) return stop == Stop::Malformed;
+  }
+}
+
+}  // namespace
+
+CodePageSide::CodePageSide(void* converter, Direction direction)
+    : fConverter(converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter()),
+      fTraits(fConverter != nullptr ? TraitsOf(*fConverter) : ConverterTraits{}),
+      fDirection(direction) {}
+
+template <class Unit>
+std::size_t CodePageSide::SameLength(Text<Unit> text) const {
+  if (fTraits.ascii == AsciiRange::None || text.Empty()) return 0;
+  const std::size_t length = fTraits.ascii == AsciiRange::All ? AsciiLength(text.begin, text.Length())
+                                                              : PrintableLength(text.begin, text.Length());
+  // The last one may form one character of the code page with what follows.
+  return length == text.Length() || length == 0 ? length : length - 1;
+}
+
+UConverter* CodePageSide::Clone() {
+  if (!fClone && fConverter != nullptr) fClone.emplace(*fConverter, fTraits, fDirection);
+  if (fClone && *fClone) return fClone->Get();
+  Fail();
+  return nullptr;
+}
+
+const char* Utf8Shortcut::Place() const {
+  const char* place = fText.begin;  // ICU may have stopped inside a character
+  while (place != fText.end && (static_cast<unsigned char>(*place) & 0xC0U) == 0x80U) ++place;
+  return place;
+}
+
+bool Utf8Shortcut::Next(UConverter* target, UConverter* source, char*& to, char* limit) {
+  if (!fUtf8) {
+    fFailed = true;
+    return false;
+  }
+  for (;;) {
+    const char* const end = fText.begin + std::min(fText.Length(), kLargestPiece);
+    const bool isLast = end == fText.end;
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_convertEx(target, source, &to, limit, &fText.begin, end, fPivot.data(), &fPivotSource, &fPivotTarget,
+                   fPivot.data() + fPivot.size(), 0, isLast ? 1 : 0, &error);
+    if (error == U_BUFFER_OVERFLOW_ERROR) return true;
+    if (U_FAILURE(error)) fFailed = true;
+    if (U_FAILURE(error) || isLast) return false;
+  }
+}
+
+CodePageReader::CodePageReader(void* converter, Text<char> text)
+    : fSide(converter, Direction::ToUnicode),
+      fAscii(First(text, fSide.SameLength(text))),
+      fText(From(text, fAscii.Length())) {}
+
+bool CodePageReader::Next(char16_t*& target, char16_t* limit) {
+  if (fText.Empty() && !fSide.HasClone()) return false;
+  UConverter* const clone = fSide.Clone();
+  if (clone == nullptr) return false;
+  for (;;) {
+    const char* const end = fText.begin + std::min(fText.Length(), kLargestPiece);
+    const bool isLast = end == fText.end;
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_toUnicode(clone, &target, limit, &fText.begin, end, nullptr, isLast ? 1 : 0, &error);
+    if (error == U_BUFFER_OVERFLOW_ERROR) return true;
+    if (U_FAILURE(error)) fSide.Fail();
+    if (U_FAILURE(error) || isLast) return false;
+  }
+}
+
+template <>
+bool CodePageToUtf16<char16_t>::Next(char16_t*& target, char16_t* limit) {
+  if (CopyAscii(fReader.Ascii(), target, limit)) return true;
+  return fReader.Next(target, limit);
+}
+
+template <>
+bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
+  if (CopyAscii(fReader.Ascii(), target, limit)) return true;
+  std::array<char16_t, kPivotSize> pivot;
+  for (;;) {
+    const std::size_t room = std::min(pivot.size(), static_cast<std::size_t>(limit - target));
+    char16_t* end = pivot.data();
+    const bool more = fReader.Next(end, end + room);
+    target = std::copy(pivot.data(), end, target);
+    if (!more || target == limit) return more;
+  }
+}
+
+UConverter* CodePageReader::LongUtf8(Text<char>& text) {
+  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Traits().type != UCNV_UTF8) return nullptr;
+  text = fText;
+  return fSide.Clone();
+}
+
+CodePageToUtf8::CodePageToUtf8(void* converter, Text<char> text) : fReader(converter, text) {
+  Text<char> longText;
+  fShortcutSource = fReader.LongUtf8(longText);
+  if (fShortcutSource != nullptr) fShortcut.emplace(longText, Direction::FromUnicode);
+}
+
+bool CodePageToUtf8::Next(char*& target, char* limit) {
+  if (CopyAscii(fReader.Ascii(), target, limit)) return true;
+  if (fShortcut) return fShortcut->NextFrom(fShortcutSource, target, limit);
+  for (;;) {
+    const Stop stop = EncodeUtf8(fUnits.begin, fUnits.end, target, limit);
+    if (stop == Stop::Full) return true;
+    const bool half = stop == Stop::Malformed && fMore && fUnits.Length() == 1;
+    if (stop == Stop::AtEnd || half) {
+      if (!fMore) return false;
+      Refill();
+    } else {
+      fMalformed = true;
+      const char16_t replacement = 0xFFFD;
+      const char16_t* source = &replacement;
+      if (EncodeUtf8(source, source + 1, target, limit) == Stop::Full) return true;
+      ++fUnits.begin;
+    }
+  }
+}
+
+void CodePageToUtf8::CutToWhole(char* begin, char*& target, char*) {
+  if (!fShortcut) return;
+  char* start = target;
+  while (start != begin && (static_cast<unsigned char>(start[-1]) & 0xC0U) == 0x80U) --start;
+  if (start == begin) return;  // ASCII would stand before
+  --start;
+  if (Utf8SequenceLength(*start) > target - start) target = start;
+}
+
+void CodePageToUtf8::Refill() {
+  char16_t* end = std::copy(fUnits.begin, fUnits.end, fPivot.data());
+  fMore = fReader.Next(end, fPivot.data() + fPivot.size());
+  fUnits = {fPivot.data(), end};
+}
+
+template <class Source>
+ToCodePage<Source>::ToCodePage(void* converter, Text<Unit> text)
+    : fSide(converter, Direction::FromUnicode),
+      fAsciiLength(fSide.SameLength(text)),
+      fAscii(First(text, fAsciiLength)),
+      fText(From(text, fAsciiLength)),
+      fWriter(fText) {
+  if constexpr (!std::is_same_v<Unit, char>)
+    if (fSide.Traits().WritesSurrogates() && HasLoneSurrogate(fText)) fSide.Fail();
+}
+
+template <class Source>
+bool ToCodePage<Source>::WantsShortcut() const {
+  return std::is_same_v<Unit, char> && fText.Length() >= Utf8Shortcut::kShortest && fSide.Traits().HasNoState();
+}
+
+template <class Source>
+bool ToCodePage<Source>::Next(char*& target, char* limit) {
+  if (CopyAscii(fAscii, target, limit)) return true;
+  if (fText.Empty()) return false;
+  UConverter* const clone = fSide.Clone();
+  if (clone == nullptr) return false;
+  if constexpr (std::is_same_v<Unit, char>) {
+    if (!fShortcut && WantsShortcut()) fShortcut.emplace(fText, Direction::ToUnicode);
+    if (fShortcut) return fShortcut->NextTo(clone, target, limit);
+  }
+  return fWriter.Next(clone, target, limit);
+}
+
+template <class Source>
+void ToCodePage<Source>::MarkCut() {
+  if (!fAscii.Empty()) {
+    fReached = fAscii.begin;
+    return;
+  }
+  if constexpr (std::is_same_v<Unit, char>) {
+    if (fShortcut) {
+      fReached = fShortcut->Place();
+      return;
+    }
+  }
+  fReached = fWriter.Place();
+}
+
+template <class Source>
+bool ToCodePage<Source>::Writer::Next(UConverter* clone, char*& target, char* limit) {
+  for (;;) {
+    if (fUnits.Empty() && !fSource.AtEnd()) fUnits = fSource.Next();
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_fromUnicode(clone, &target, limit, &fUnits.begin, fUnits.end, nullptr, fSource.AtEnd() ? 1 : 0, &error);
+    if (error == U_BUFFER_OVERFLOW_ERROR) return true;
+    if (U_FAILURE(error)) fFailed = true;
+    if (U_FAILURE(error) || fSource.AtEnd()) return false;
+  }
+}
+
+/// Converts the text up to `end` from its beginning; `target` is then behind what was written.
+template <class Source>
+bool ToCodePage<Source>::Fits(const Unit* end, char*& target, char* limit) {
+  if (end == fText.begin) return true;
+  UConverter* const clone = fSide.Clone();
+  ucnv_resetFromUnicode(clone);
+  Writer writer({fText.begin, end});
+  bool more = writer.Next(clone, target, limit);
+  while (more) {
+    std::array<char, 64> behind;
+    char* last = behind.data();
+    more = writer.Next(clone, last, last + behind.size());
+    if (last != behind.data()) return false;
+  }
+  return true;
+}
+
+/// The longest beginning of whole characters that fits, looked for between one that does and one that does not.
+template <class Source>
+auto ToCodePage<Source>::LongestBetween(const Unit* fitting, const Unit* tooLong, char* from, char* limit)
+    -> const Unit* {
+  for (;;) {
+    const Unit* middle = Source::Before(fText.begin, fitting + (tooLong - fitting) / 2 + 1, fText.end);
+    if (middle <= fitting) middle = Source::After(fitting, fText.end);
+    if (middle >= tooLong) return fitting;
+    char* target = from;
+    (Fits(middle, target, limit) ? fitting : tooLong) = middle;
+  }
+}
+
+template <class Source>
+void ToCodePage<Source>::CutToWhole(char* begin, char*& target, char* limit) {
+  if (fReached < fText.begin) return;  // in the ASCII
+  char* const from = begin + fAsciiLength;
+  const auto fits = [&](const Unit* end) {
+    target = from;
+    return Fits(end, target, limit);
+  };
+  const Unit* fitting = fReached;
+  const Unit* tooLong = nullptr;
+  for (std::size_t step = 1; !fits(fitting); step *= 2) {
+    tooLong = fitting;
+    for (std::size_t i = 0; i < step && fitting != fText.begin; ++i)
+      fitting = Source::Before(fText.begin, fitting, fText.end);
+  }
+  if (tooLong == nullptr || Source::After(fitting, fText.end) >= tooLong) return;
+  fits(LongestBetween(fitting, tooLong, from, limit));
+}
+
+template std::size_t CodePageSide::SameLength(Text<char>) const;
+template std::size_t CodePageSide::SameLength(Text<char16_t>) const;
+template std::size_t CodePageSide::SameLength(Text<wchar_t>) const;
+template class ToCodePage<Char16Source>;
+template class ToCodePage<WideSource>;
+template class ToCodePage<Utf8Source>;
+
+}  // namespace RQMEM_NAMESPACE

@@ -1,0 +1,157 @@
+// The _C family as far as the default converter serves it.
+
+#include <unicode/ucnv.h>
+#include <unicode/utf16.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
+
+#include "rqxml/encoding/RQMEMCaseless.h"
+#include "rqxml/encoding/RQMEMClone.h"
+#include "rqxml/encoding/RQMEMConverter.h"
+#include "rqxml/encoding/RQMEMString.h"
+
+namespace RQMEM_NAMESPACE {
+
+namespace {
+
+// Lets the clone stop at what it cannot read instead of replacing it.
+void StopAtBadBytes(UConverter* clone) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setToUCallBack(clone, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+}
+
+// The characters of a text, lower-cased. It is converted in pieces, so that a difference at the beginning of long texts
+// is found soon.
+class Reader {
+ public:
+  Reader(const char* s, std::size_t length) : fAt(s), fLeft(length), fCanConvert(fClone) {
+    if (fCanConvert) StopAtBadBytes(fClone.Get());
+  }
+
+  std::int64_t Next() {
+    if (!HasUnit()) return NextBad();
+    const char16_t unit = fUnits[fNextUnit++];
+    if (unit < 0x80) return caseless::LowerAscii(unit);
+    if (!U16_IS_LEAD(unit) || !HasUnit() || !U16_IS_TRAIL(fUnits[fNextUnit])) return caseless::Lower(unit);
+    return caseless::Lower(U16_GET_SUPPLEMENTARY(unit, fUnits[fNextUnit++]));
+  }
+
+  bool HasMetMalformed() const { return fHasMetMalformed; }
+
+ private:
+  static constexpr std::size_t kPiece = 256;
+
+  // False at a byte of no character, and at the end.
+  bool HasUnit() {
+    while (fNextUnit == fUnitsEnd && fNextBad == fBadEnd && !fIsDone) Fill();
+    return fNextUnit != fUnitsEnd;
+  }
+
+  std::int64_t NextBad() {
+    if (fNextBad == fBadEnd) return caseless::kEnd;
+    fHasMetMalformed = true;
+    return caseless::Malformed(static_cast<unsigned char>(*fNextBad++));
+  }
+
+  void Fill() {
+    const std::size_t piece = strnlen(fAt, std::min(fLeft, kPiece));
+    const bool isLast = piece < kPiece;
+    const char* const begin = fAt;
+    if (fCanConvert)
+      Convert(begin + piece, isLast);
+    else
+      TakeAsBad(piece, isLast);
+    fLeft -= static_cast<std::size_t>(fAt - begin);
+  }
+
+  void Convert(const char* end, bool isLast) {
+    UErrorCode error = U_ZERO_ERROR;
+    char16_t* unitsEnd = fUnits.data();
+    ucnv_toUnicode(fClone.Get(), &unitsEnd, unitsEnd + fUnits.size(), &fAt, end, nullptr, isLast ? 1 : 0, &error);
+    fNextUnit = 0;
+    fUnitsEnd = static_cast<std::size_t>(unitsEnd - fUnits.data());
+    if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid();
+    // After a failure the converter may hold bytes back that it will read again.
+    fIsDone = isLast && U_SUCCESS(error);
+  }
+
+  // The bytes at which the converter stopped. A converter that does not tell them cannot go on.
+  void TakeInvalid() {
+    auto length = static_cast<std::int8_t>(fInvalid.size());
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_getInvalidChars(fClone.Get(), fInvalid.data(), &length, &error);
+    if (U_FAILURE(error) || length <= 0) {
+      fCanConvert = false;
+      return;
+    }
+    fNextBad = fInvalid.data();
+    fBadEnd = fNextBad + length;
+  }
+
+  void TakeAsBad(std::size_t count, bool isLast) {
+    fNextBad = fAt;
+    fBadEnd = fAt += count;
+    fIsDone = isLast;
+  }
+
+  const char* fAt;
+  std::size_t fLeft;
+  ConverterClone fClone{nullptr};
+  bool fCanConvert;
+  std::array<char16_t, kPiece> fUnits;  // what Fill has not written is not read
+  std::size_t fNextUnit = 0;
+  std::size_t fUnitsEnd = 0;
+  std::array<char, 32> fInvalid;
+  const char* fNextBad = nullptr;
+  const char* fBadEnd = nullptr;
+  bool fIsDone = false;
+  bool fHasMetMalformed = false;
+};
+
+// UTF-8, the usual encoding of the default converter, is read without one, with the same result.
+bool IsDefaultUtf8() {
+  const UConverter* const shared = QULTMBGetDefaultConverter();
+  return shared != nullptr && ucnv_getType(shared) == UCNV_UTF8;
+}
+
+// Where the text at `s + offset` ends. An offset counts no further than an int.
+int EndOfText(const char* s, int offset) {
+  const std::size_t length = strnlen(s + offset, static_cast<std::size_t>(INT_MAX - std::max(offset, 0)));
+  return offset + static_cast<int>(length);
+}
+
+}  // namespace
+
+int QULTMBqstricmp_C(const char* a, int lenA, const char* b, int lenB, int* status) {
+  if (IsDefaultUtf8()) return QULTMBqstricmp_8(a, lenA, b, lenB, status);
+  Reader readerA(a, caseless::Length(lenA));
+  Reader readerB(b, caseless::Length(lenB));
+  return caseless::Equal(readerA, readerB, status);
+}
+
+int QULTMBstrnicmp_C(const char* a, const char* b, std::size_t n) {
+  if (IsDefaultUtf8()) return QULTMBstrnicmp_8(a, b, n);
+  Reader readerA(a, n);
+  Reader readerB(b, n);
+  return caseless::Compare(readerA, readerB);
+}
+
+int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end) {
+  *codePoint = 0;
+  if (end < 0) end = EndOfText(s, offset);
+  if (end <= offset || s[offset] == 0) return 0;
+  const ConverterClone clone(nullptr);
+  if (!clone) return -1;
+  StopAtBadBytes(clone.Get());
+  const char* next = s + offset;
+  UErrorCode error = U_ZERO_ERROR;
+  const UChar32 character = ucnv_getNextUChar(clone.Get(), &next, s + end, &error);
+  if (U_FAILURE(error)) return -1;
+  *codePoint = character;
+  return static_cast<int>(next - (s + offset));
+}
+
+}  // namespace RQMEM_NAMESPACE

@@ -1,0 +1,398 @@
+// The rules of the conversions into a buffer, one by one.
+
+#include <gtest/gtest.h>
+
+#include <unicode/ucnv.h>
+
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "rqxml/encoding/RQMEMChar16.h"
+#include "rqxml/encoding/RQMEMConverter.h"
+#include "rqxml/encoding/RQMEMTranscode.h"
+
+namespace {
+
+using namespace RQMEM_NAMESPACE;
+
+class TranscodeBuffer : public testing::Test {
+ protected:
+  ~TranscodeBuffer() override {
+    SetUTF8mode(1);
+    QULTMBSetDefaultConverter("UTF-8");
+  }
+
+  const QULTMBConverterHandle latin_{QULTMBConverterNew_8("1252")};
+  const QULTMBConverterHandle japanese_{QULTMBConverterNew_8("932")};
+};
+
+// What a conversion left in a buffer of so many places that held '#', with its count and status.
+template <class Unit>
+struct Left {
+  std::basic_string<Unit> buffer;
+  int count;
+  int status;
+};
+
+template <class Unit>
+bool operator==(const Left<Unit>& left, const Left<Unit>& right) {
+  return left.buffer == right.buffer && left.count == right.count && left.status == right.status;
+}
+
+template <class Unit>
+std::ostream& operator<<(std::ostream& out, const Left<Unit>& left) {
+  for (const Unit unit : left.buffer) out << std::hex << static_cast<unsigned>(unit) << ' ';
+  return out << std::dec << "count " << left.count << " status " << left.status;
+}
+
+template <class To, class Convert>
+Left<To> LeftBy(int size, Convert convert) {
+  Left<To> left{std::basic_string<To>(8, To{'#'}), -1, -1};
+  left.count = convert(left.buffer.data(), size, &left.status);
+  return left;
+}
+
+using namespace std::string_literals;
+
+TEST_F(TranscodeBuffer, GivenLengthPadsWithBlanksAndWritesNoTerminator) {
+  const auto narrow = [](char* to, int size, int* status) { return QULTMB16to8(to, size, L"ab", 2, status); };
+  EXPECT_EQ(LeftBy<char>(5, narrow), (Left<char>{"ab   ###", 2, 0}));
+  const auto wide = [](wchar_t* to, int size, int* status) { return QULTMB8to16(to, size, "ab", 2, status); };
+  EXPECT_EQ(LeftBy<wchar_t>(5, wide), (Left<wchar_t>{L"ab   ###", 2, 0}));
+  const auto page = [&](char* to, int size, int* status) {
+    return QULTMB16toCodePage(latin_.Get(), to, size, L"\u00e9b", 2, status);
+  };
+  EXPECT_EQ(LeftBy<char>(5, page), (Left<char>{"\xE9"
+                                               "b   ###",
+                                               2, 0}));
+  const auto back = [&](wchar_t* to, int size, int* status) {
+    return QULTMBCodePageto16(latin_.Get(), to, size, "\xE9", 1, status);
+  };
+  EXPECT_EQ(LeftBy<wchar_t>(5, back), (Left<wchar_t>{L"\u00e9    ###", 1, 0}));
+}
+
+TEST_F(TranscodeBuffer, GivenLengthThatFillsTheBufferLeavesNothingToPad) {
+  const auto narrow = [](char* to, int size, int* status) { return QULTMB16to8(to, size, L"abcde", 5, status); };
+  EXPECT_EQ(LeftBy<char>(5, narrow), (Left<char>{"abcde###", 5, 0}));
+}
+
+TEST_F(TranscodeBuffer, ZeroTerminatedSourceIsTerminatedAndNotPadded) {
+  const auto narrow = [](char* to, int size, int* status) { return QULTMB16to8(to, size, L"ab", -1, status); };
+  EXPECT_EQ(LeftBy<char>(5, narrow), (Left<char>{"ab\0#####"s, 2, 0}));
+  EXPECT_EQ(LeftBy<char>(3, narrow), (Left<char>{"ab\0#####"s, 2, 0}));
+}
+
+TEST_F(TranscodeBuffer, ZeroTerminatedAndCutHasBlanksUpToTheTerminator) {
+  const auto narrow = [](char* to, int size, int* status) {
+    return QULTMB16to8(to, size, L"a\u20ac\u20ac", -1, status);
+  };
+  EXPECT_EQ(LeftBy<char>(7, narrow), (Left<char>{"a\u20ac  \0#"s, 4, 1}));
+  EXPECT_EQ(LeftBy<char>(2, narrow), (Left<char>{"a\0######"s, 1, 1}));
+  EXPECT_EQ(LeftBy<char>(1, narrow), (Left<char>{"\0#######"s, 0, 1}));
+}
+
+TEST_F(TranscodeBuffer, CharacterOfThreeBytesIsLeftOutWhereTwoAreFree) {
+  const auto narrow = [](char* to, int size, int* status) { return QULTMB16to8(to, size, L"ab\u20ac", 3, status); };
+  EXPECT_EQ(LeftBy<char>(4, narrow), (Left<char>{"ab  ####", 2, 1}));
+  EXPECT_EQ(LeftBy<char>(5, narrow), (Left<char>{"ab\u20ac###", 5, 0}));
+}
+
+TEST_F(TranscodeBuffer, HalfASurrogatePairIsLeftOut) {
+  const auto wide = [](wchar_t* to, int size, int* status) { return QULTMB8to16(to, size, "a\U0001F600", 5, status); };
+  EXPECT_EQ(LeftBy<wchar_t>(2, wide), (Left<wchar_t>{L"a ######", 1, 1}));
+  const auto sixteen = [](char16_t* to, int size, int* status) {
+    return QULTMB8to16(to, size, "a\U0001F600", 5, status);
+  };
+  EXPECT_EQ(LeftBy<char16_t>(2, sixteen), (Left<char16_t>{u"a ######", 1, 1}));
+  const QULTMBConverterHandle chinese(QULTMBConverterNew_8("gb18030"));
+  const auto page = [&](wchar_t* to, int size, int* status) {
+    return QULTMBCodePageto16(chinese.Get(), to, size, "a\x94\x39\xFC\x36", 5, status);
+  };
+  EXPECT_EQ(LeftBy<wchar_t>(2, page), (Left<wchar_t>{L"a ######", 1, 1}));
+}
+
+TEST_F(TranscodeBuffer, HalfADoubleByteCharacterIsLeftOut) {
+  const auto page = [&](char* to, int size, int* status) {
+    return QULTMB8toCodePage(japanese_.Get(), to, size, "a\u3042\u3044", 7, status);
+  };
+  EXPECT_EQ(LeftBy<char>(4, page), (Left<char>{"a\x82\xA0 ####", 3, 1}));
+  EXPECT_EQ(LeftBy<char>(5, page), (Left<char>{"a\x82\xA0\x82\xA2###", 5, 0}));
+}
+
+TEST_F(TranscodeBuffer, CutTextWithShiftStatesEndsInItsInitialState) {
+  const QULTMBConverterHandle mail(QULTMBConverterNew_8("ISO-2022-JP"));
+  std::string buffer(10, '#');
+  int status = -1;
+  EXPECT_EQ(QULTMB8toCodePage(mail.Get(), buffer.data(), 10, "\u3042\u3044\u3046", 9, &status), 10);
+  EXPECT_EQ(buffer, "\x1B$B$\"$$\x1B(B");
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(QULTMB8toCodePage(mail.Get(), buffer.data(), 9, "\u3042\u3044\u3046", 9, &status), 8);
+  EXPECT_EQ(buffer.substr(0, 9), "\x1B$B$\"\x1B(B ");
+}
+
+// The pieces of an inner buffer, its edges, the exact fit and the cut must all report it.
+TEST_F(TranscodeBuffer, ReplacedCharacterIsReportedWhateverTheSizeAndThePlace) {
+  for (const int length : {1, 2, 255, 256, 1023, 1024, 1025, 2047, 2048, 3000})
+    for (const int place : {0, length / 2, length - 1})
+      for (const int size : {length, length + 1, length + 100, length / 2 + 1}) {
+        std::wstring text(static_cast<std::size_t>(length), L'\u00e9');
+        text[static_cast<std::size_t>(place)] = L'\u4e2d';
+        std::string utf8;
+        QULTMBU16ToU8(utf8, text);
+        std::string buffer(static_cast<std::size_t>(size), '#');
+        int status = -1;
+        QULTMB16toCodePage(latin_.Get(), buffer.data(), size, text.data(), length, &status);
+        EXPECT_EQ(status, 3) << length << " " << place << " " << size;
+        EXPECT_EQ(buffer.find('?'), place < size ? static_cast<std::size_t>(place) : buffer.npos);
+        QULTMB8toCodePage(latin_.Get(), buffer.data(), size, utf8.data(), static_cast<int>(utf8.size()), &status);
+        EXPECT_EQ(status, 3) << length << " " << place << " " << size;
+      }
+}
+
+TEST_F(TranscodeBuffer, UnassignedByteIsReportedWhateverTheSizeAndThePlace) {
+  const QULTMBConverterHandle greek(QULTMBConverterNew_8("1253"));
+  for (const int length : {1, 2, 1023, 1024, 1025, 2048, 3000})
+    for (const int place : {0, length / 2, length - 1})
+      for (const int size : {length, length + 1, length + 100, length / 2 + 1}) {
+        std::string text(static_cast<std::size_t>(length), '\xE1');
+        text[static_cast<std::size_t>(place)] = '\xFF';
+        std::wstring wide(static_cast<std::size_t>(size), L'#');
+        int status = -1;
+        QULTMBCodePageto16(greek.Get(), wide.data(), size, text.data(), length, &status);
+        EXPECT_EQ(status, 3) << length << " " << place << " " << size;
+        EXPECT_EQ(wide.find(L'?'), place < size ? static_cast<std::size_t>(place) : wide.npos);
+        std::string utf8(static_cast<std::size_t>(size), '#');
+        QULTMBCodePageto8(greek.Get(), utf8.data(), size, text.data(), length, &status);
+        EXPECT_EQ(status, 3) << length << " " << place << " " << size;
+      }
+}
+
+TEST_F(TranscodeBuffer, MalformedUtf8KeepsWhatStandsBefore) {
+  for (const char* bad : {"\x80", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xED\xA0\x80", "\xF0\x80\x80\x80",
+                          "\xF4\x90\x80\x80", "\xF5", "\xFF", "\xE2\x82", "\xF0\x9F\x98", "\xC3"}) {
+    const std::string text = "ab" + std::string(bad);
+    const auto wide = [&](wchar_t* to, int size, int* status) {
+      return QULTMB8to16(to, size, text.data(), static_cast<int>(text.size()), status);
+    };
+    EXPECT_EQ(LeftBy<wchar_t>(6, wide), (Left<wchar_t>{L"ab    ##", 2, 3})) << bad;
+    const auto terminated = [&](wchar_t* to, int size, int* status) {
+      return QULTMB8to16(to, size, text.c_str(), -1, status);
+    };
+    EXPECT_EQ(LeftBy<wchar_t>(6, terminated), (Left<wchar_t>{L"ab\0#####"s, 2, 3})) << bad;
+  }
+}
+
+TEST_F(TranscodeBuffer, MalformedUtf16KeepsWhatStandsBefore) {
+  for (const std::wstring& bad :
+       {std::wstring{0xD800}, std::wstring{0xDC00}, std::wstring{0xD800, L'z'}, std::wstring{0xDC00, 0xD800},
+        std::wstring{static_cast<wchar_t>(0x110000)}, std::wstring{static_cast<wchar_t>(-1)}}) {
+    const std::wstring text = L"ab" + bad;
+    const auto narrow = [&](char* to, int size, int* status) {
+      return QULTMB16to8(to, size, text.data(), static_cast<int>(text.size()), status);
+    };
+    EXPECT_EQ(LeftBy<char>(6, narrow), (Left<char>{"ab    ##", 2, 3}));
+  }
+  const std::u16string sixteen = {u'a', u'b', 0xDC00};
+  const auto narrow = [&](char* to, int size, int* status) { return QULTMB16to8(to, size, sixteen.data(), 3, status); };
+  EXPECT_EQ(LeftBy<char>(6, narrow), (Left<char>{"ab    ##", 2, 3}));
+}
+
+TEST_F(TranscodeBuffer, MalformedTextIsReplacedOnTheWayToACodePage) {
+  const auto latin = [&](char* to, int size, int* status) {
+    return QULTMB8toCodePage(latin_.Get(), to, size, "a\xFF\xE2\x82z", 5, status);
+  };
+  EXPECT_EQ(LeftBy<char>(6, latin), (Left<char>{"a\?\?z  ##", 4, 3}));
+  const QULTMBConverterHandle unicode(QULTMBConverterNew_8("UTF-8"));
+  const auto utf8 = [&](char* to, int size, int* status) {
+    return QULTMB8toCodePage(unicode.Get(), to, size, "a\xFFz", 3, status);
+  };
+  EXPECT_EQ(LeftBy<char>(6, utf8), (Left<char>{"a\uFFFDz ##", 5, 3}));
+  const std::wstring half = {L'a', 0xD83D, L'z'};
+  const auto fromWide = [&](char* to, int size, int* status) {
+    return QULTMB16toCodePage(unicode.Get(), to, size, half.data(), 3, status);
+  };
+  EXPECT_EQ(LeftBy<char>(6, fromWide), (Left<char>{"a?z   ##", 3, 3}));
+}
+
+TEST_F(TranscodeBuffer, NativeWideCharacterAboveTheBasicPlaneIsThatCharacter) {
+  const std::wstring text = {L'a', static_cast<wchar_t>(0x1F600)};
+  const auto narrow = [&](char* to, int size, int* status) { return QULTMB16to8(to, size, text.c_str(), -1, status); };
+  EXPECT_EQ(LeftBy<char>(6, narrow), (Left<char>{"a\U0001F600\0##"s, 5, 0}));
+  const QULTMBConverterHandle chinese(QULTMBConverterNew_8("gb18030"));
+  const auto page = [&](char* to, int size, int* status) {
+    return QULTMB16toCodePage(chinese.Get(), to, size, text.c_str(), 2, status);
+  };
+  EXPECT_EQ(LeftBy<char>(5, page), (Left<char>{"a\x94\x39\xFC\x36###", 5, 0}));
+}
+
+// A value that is no character stands between halves of pairs: none of them may find a partner.
+TEST_F(TranscodeBuffer, WideValueThatIsNoCharacterIsReplacedAlone) {
+  for (const std::wstring& text : {std::wstring{0xD83D, static_cast<wchar_t>(0x110000), 0xDE00},
+                                   std::wstring{0xD83D, static_cast<wchar_t>(-1), 0xDE00}}) {
+    const auto page = [&](char* to, int size, int* status) {
+      return QULTMB16toCodePage(latin_.Get(), to, size, text.data(), 3, status);
+    };
+    EXPECT_EQ(LeftBy<char>(4, page), (Left<char>{"??? ####", 3, 3}));
+  }
+}
+
+TEST_F(TranscodeBuffer, ZerosWithinAGivenLengthAreConverted) {
+  const auto wide = [](wchar_t* to, int size, int* status) { return QULTMB8to16(to, size, "a\0b", 3, status); };
+  EXPECT_EQ(LeftBy<wchar_t>(4, wide), (Left<wchar_t>{L"a\0b ####"s, 3, 0}));
+  const auto page = [&](char* to, int size, int* status) {
+    return QULTMB16toCodePage(latin_.Get(), to, size, L"\u00e9\0b", 3, status);
+  };
+  EXPECT_EQ(LeftBy<char>(4, page), (Left<char>{"\xE9\0b ####"s, 3, 0}));
+}
+
+using Narrow = std::function<int(char*, int, const char*, int, int*)>;
+using Narrowing = std::function<int(char*, int, const wchar_t*, int, int*)>;
+using Widening = std::function<int(wchar_t*, int, const char*, int, int*)>;
+
+std::vector<Narrow> NarrowConversions() {
+  const auto with = [](auto function) {
+    return [function](char* to, int size, const char* from, int length, int* status) {
+      return function(nullptr, to, size, from, length, status);
+    };
+  };
+  return {QULTMB8toGeneric,        QULTMBGenericto8,       with(QULTMBGenerictoCodePage), with(QULTMBCodePagetoGeneric),
+          with(QULTMB8toCodePage), with(QULTMBCodePageto8)};
+}
+
+Narrowing FromWide(int (*function)(char*, int, const wchar_t*, int, int*)) { return function; }
+Widening ToWide(int (*function)(wchar_t*, int, const char*, int, int*)) { return function; }
+
+TEST_F(TranscodeBuffer, BufferWithoutRoomIsLeftAloneByEveryConversion) {
+  for (const int mode : {0, 1}) {
+    SetUTF8mode(mode);
+    for (const int size : {0, -1, -1000})
+      for (const int length : {-1, 2}) {
+        for (const auto& convert : NarrowConversions()) {
+          const auto text = [&](char* to, int n, int* status) { return convert(to, n, "ab", length, status); };
+          EXPECT_EQ(LeftBy<char>(size, text), (Left<char>{"########", 0, 1}));
+          const auto empty = [&](char* to, int n, int* status) {
+            return convert(to, n, "", length < 0 ? -1 : 0, status);
+          };
+          EXPECT_EQ(LeftBy<char>(size, empty), (Left<char>{"########", 0, 0}));
+        }
+        for (const auto& convert : {FromWide(QULTMB16to8), FromWide(QULTMB16toGeneric)}) {
+          const auto text = [&](char* to, int n, int* status) { return convert(to, n, L"ab", length, status); };
+          EXPECT_EQ(LeftBy<char>(size, text), (Left<char>{"########", 0, 1}));
+        }
+        for (const auto& convert : {ToWide(QULTMB8to16), ToWide(QULTMBGenericto16)}) {
+          const auto text = [&](wchar_t* to, int n, int* status) { return convert(to, n, "ab", length, status); };
+          EXPECT_EQ(LeftBy<wchar_t>(size, text), (Left<wchar_t>{L"########", 0, 1}));
+        }
+      }
+  }
+}
+
+TEST_F(TranscodeBuffer, StatusIsOptionalInEveryConversion) {
+  char narrow[8];
+  wchar_t wide[8];
+  for (const int mode : {0, 1}) {
+    SetUTF8mode(mode);
+    for (const auto& convert : NarrowConversions()) EXPECT_EQ(convert(narrow, 8, "ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMB16to8(narrow, 8, L"ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMB8to16(wide, 8, "ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMB16toCodePage(nullptr, narrow, 8, L"ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMBCodePageto16(nullptr, wide, 8, "ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMB16toGeneric(narrow, 8, L"ab", -1, nullptr), 2);
+    EXPECT_EQ(QULTMBGenericto16(wide, 8, "ab", -1, nullptr), 2);
+  }
+}
+
+TEST_F(TranscodeBuffer, NullSourceIsEmpty) {
+  const auto narrow = [](char* to, int size, int* status) {
+    return QULTMB16to8(to, size, static_cast<const wchar_t*>(nullptr), -1, status);
+  };
+  EXPECT_EQ(LeftBy<char>(3, narrow), (Left<char>{"\0#######"s, 0, 0}));
+  const auto copy = [](char* to, int size, int* status) { return QULTMB8toGeneric(to, size, nullptr, 4, status); };
+  EXPECT_EQ(LeftBy<char>(3, copy), (Left<char>{"   #####", 0, 0}));
+}
+
+TEST_F(TranscodeBuffer, PlainCopyTakesBytesAsTheyAreWithStatusZero) {
+  const auto copy = [](char* to, int size, int* status) {
+    return QULTMB8toGeneric(to, size, "a\xFF\u20ac", 5, status);
+  };
+  EXPECT_EQ(LeftBy<char>(7, copy), (Left<char>{"a\xFF\u20ac  #", 5, 0}));
+  EXPECT_EQ(LeftBy<char>(3, copy), (Left<char>{"a\xFF\xE2#####", 3, 0}));
+}
+
+TEST_F(TranscodeBuffer, PlainCopyPutsTheTerminatorBehindAFullBuffer) {
+  const auto copy = [](char* to, int size, int* status) { return QULTMBGenericto8(to, size, "abcd", -1, status); };
+  EXPECT_EQ(LeftBy<char>(4, copy), (Left<char>{"abcd\0###"s, 4, 0}));
+  EXPECT_EQ(LeftBy<char>(2, copy), (Left<char>{"ab\0#####"s, 2, 0}));
+  EXPECT_EQ(LeftBy<char>(6, copy), (Left<char>{"abcd\0###"s, 4, 0}));
+}
+
+TEST_F(TranscodeBuffer, GenericIsUtf8InUtf8Mode) {
+  char narrow[16];
+  wchar_t wide[16];
+  int status = -1;
+  QULTMB16toGeneric(narrow, 16, L"\u4e2d", -1, &status);
+  EXPECT_STREQ(narrow, "\u4e2d");
+  QULTMBGenericto16(wide, 16, "\u4e2d", -1, &status);
+  EXPECT_STREQ(wide, L"\u4e2d");
+  QULTMB8toGeneric(narrow, 16, "\u4e2d", -1, &status);
+  EXPECT_STREQ(narrow, "\u4e2d");
+  QULTMBGenericto8(narrow, 16, "\u4e2d", -1, &status);
+  EXPECT_STREQ(narrow, "\u4e2d");
+  QULTMBGenerictoCodePage(latin_.Get(), narrow, 16, "\u00e9", -1, &status);
+  EXPECT_STREQ(narrow, "\xE9");
+  QULTMBCodePagetoGeneric(latin_.Get(), narrow, 16, "\xE9", -1, &status);
+  EXPECT_STREQ(narrow, "\u00e9");
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(TranscodeBuffer, GenericIsInTheDefaultEncodingOutsideUtf8Mode) {
+  SetUTF8mode(0);
+  ASSERT_TRUE(QULTMBSetDefaultConverter("1252"));
+  char narrow[16];
+  wchar_t wide[16];
+  int status = -1;
+  QULTMB16toGeneric(narrow, 16, L"\u00e9", -1, &status);
+  EXPECT_STREQ(narrow, "\xE9");
+  QULTMBGenericto16(wide, 16, "\xE9", -1, &status);
+  EXPECT_STREQ(wide, L"\u00e9");
+  QULTMB8toGeneric(narrow, 16, "\u00e9", -1, &status);
+  EXPECT_STREQ(narrow, "\xE9");
+  QULTMBGenericto8(narrow, 16, "\xE9", -1, &status);
+  EXPECT_STREQ(narrow, "\u00e9");
+  EXPECT_EQ(status, 0);
+  QULTMB8toGeneric(narrow, 16, "\u4e2d", -1, &status);
+  EXPECT_STREQ(narrow, "?");
+  EXPECT_EQ(status, 3);
+}
+
+TEST_F(TranscodeBuffer, GenericAndCodePageAreOneOutsideUtf8ModeWhateverTheConverter) {
+  SetUTF8mode(0);
+  const auto to = [&](char* buffer, int size, int* status) {
+    return QULTMBGenerictoCodePage(japanese_.Get(), buffer, size, "\xE9\xFF", 2, status);
+  };
+  EXPECT_EQ(LeftBy<char>(3, to), (Left<char>{"\xE9\xFF #####", 2, 0}));
+  const auto from = [&](char* buffer, int size, int* status) {
+    return QULTMBCodePagetoGeneric(japanese_.Get(), buffer, size, "\xE9\xFF", 2, status);
+  };
+  EXPECT_EQ(LeftBy<char>(3, from), (Left<char>{"\xE9\xFF #####", 2, 0}));
+}
+
+TEST_F(TranscodeBuffer, ConverterItselfIsNeverChanged) {
+  auto* const converter = static_cast<UConverter*>(japanese_.Get());
+  std::string first;
+  std::string second;
+  // A lead byte left behind in the converter by someone else is not part of the text.
+  char16_t unit = 0;
+  char16_t* target = &unit;
+  const char* source = "\x82";
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_toUnicode(converter, &target, target + 1, &source, source + 1, nullptr, 0, &error);
+  EXPECT_EQ(QULTMBCodePageToU8(converter, first, "\xB1z"), 0);
+  EXPECT_EQ(QULTMBCodePageToU8(converter, second, "\xB1z"), 0);
+  EXPECT_EQ(first, "\uFF71z");
+  EXPECT_EQ(second, first);
+}
+
+}  // namespace

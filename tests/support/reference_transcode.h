@@ -1,0 +1,253 @@
+#ifndef TESTS_SUPPORT_REFERENCE_TRANSCODE_H
+#define TESTS_SUPPORT_REFERENCE_TRANSCODE_H
+
+// The conversions of the encoding layer in the slow and obvious way: whole texts, character by character, and for code
+// pages ICU's own conversion of whole texts. What does not fit is found by trying every beginning of the text.
+
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
+#include <unicode/ucnv_err.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace rqtest {
+
+/// What a conversion into a buffer is to give.
+template <class Unit>
+struct Converted {
+  std::basic_string<Unit> text;
+  bool cut = false;
+  bool problem = false;
+
+  int Status() const { return problem ? 3 : cut ? 1 : 0; }
+};
+
+/// A text as code points; kIllegal for what is none.
+using Points = std::vector<std::int64_t>;
+constexpr std::int64_t kIllegal = -1;
+
+inline bool IsSurrogate(std::int64_t value) { return value >= 0xD800 && value <= 0xDFFF; }
+
+/// The code point of a well-formed sequence of this length; kIllegal for any other.
+inline std::int64_t SequenceValue(const std::string& bytes) {
+  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  static constexpr std::int64_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  static constexpr unsigned kMark[] = {0, 0, 0xC0, 0xE0, 0xF0};
+  static constexpr unsigned kMask[] = {0, 0x80, 0xE0, 0xF0, 0xF8};
+  const std::size_t length = bytes.size();
+  if ((at(0) & kMask[length]) != kMark[length]) return kIllegal;
+  std::int64_t value = at(0) & ~kMask[length] & 0xFFU;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((at(i) & 0xC0U) != 0x80U) return kIllegal;
+    value = value << 6 | (at(i) & 0x3FU);
+  }
+  return value < kSmallest[length] || value > 0x10FFFF || IsSurrogate(value) ? kIllegal : value;
+}
+
+/// True when some bytes behind these would make them a character.
+inline bool IsBeginning(const std::string& bytes) {
+  if (bytes.size() >= 4) return false;
+  for (const char next : {'\x80', '\x8F', '\x90', '\x9F', '\xA0', '\xBF'}) {  // the ends of all ranges
+    const std::string longer = bytes + next;
+    if (SequenceValue(longer) != kIllegal || IsBeginning(longer)) return true;
+  }
+  return false;
+}
+
+/// UTF-8 as code points: what is malformed counts once for each longest beginning of a character.
+inline Points PointsOf(const std::string& text) {
+  Points points;
+  for (std::size_t i = 0; i < text.size();) {
+    std::size_t length = 1;
+    for (std::size_t n = 1; n <= 4 && i + n <= text.size(); ++n)
+      if (SequenceValue(text.substr(i, n)) != kIllegal) length = n;
+    const std::int64_t value = SequenceValue(text.substr(i, length));
+    if (value == kIllegal)
+      while (length < 3 && i + length < text.size() && IsBeginning(text.substr(i, length + 1))) ++length;
+    points.push_back(value);
+    i += length;
+  }
+  return points;
+}
+
+/// UTF-16 as code points; an element above 0xFFFF is that code point.
+template <class Unit>
+Points PointsOf(const std::basic_string<Unit>& text) {
+  Points points;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto value = static_cast<std::int64_t>(static_cast<std::uint32_t>(text[i]));
+    const auto next = i + 1 < text.size() ? static_cast<std::int64_t>(static_cast<std::uint32_t>(text[i + 1])) : 0;
+    if (value >= 0xD800 && value <= 0xDBFF && next >= 0xDC00 && next <= 0xDFFF) {
+      points.push_back(0x10000 + (value - 0xD800) * 0x400 + (next - 0xDC00));
+      ++i;
+    } else {
+      points.push_back(IsSurrogate(value) || value > 0x10FFFF ? kIllegal : value);
+    }
+  }
+  return points;
+}
+
+/// One code point in UTF-8 or UTF-16.
+inline void Append(std::string& text, std::int64_t point) {
+  const auto tail = [&](int shift) { text += static_cast<char>(0x80 | ((point >> shift) & 0x3F)); };
+  if (point < 0x80) {
+    text += static_cast<char>(point);
+  } else if (point < 0x800) {
+    text += static_cast<char>(0xC0 | point >> 6);
+    tail(0);
+  } else if (point < 0x10000) {
+    text += static_cast<char>(0xE0 | point >> 12);
+    tail(6);
+    tail(0);
+  } else {
+    text += static_cast<char>(0xF0 | point >> 18);
+    tail(12);
+    tail(6);
+    tail(0);
+  }
+}
+
+template <class Unit>
+void Append(std::basic_string<Unit>& text, std::int64_t point) {
+  if (point < 0x10000) {
+    text += static_cast<Unit>(point);
+  } else {
+    text += static_cast<Unit>(0xD800 + ((point - 0x10000) >> 10));
+    text += static_cast<Unit>(0xDC00 + ((point - 0x10000) & 0x3FF));
+  }
+}
+
+/// Between UTF-8 and UTF-16: the characters before the first that is none, as many as fit.
+template <class To, class From>
+Converted<To> ReferenceUnicode(const std::basic_string<From>& source, std::size_t capacity) {
+  Converted<To> result;
+  std::basic_string<To> whole;
+  for (const std::int64_t point : PointsOf(source)) {
+    result.problem = point == kIllegal;
+    if (result.problem) break;
+    Append(whole, point);
+    result.cut = result.cut || whole.size() > capacity;
+    if (!result.cut) result.text = whole;
+  }
+  return result;
+}
+
+struct CloseReference {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using ReferenceConverter = std::unique_ptr<UConverter, CloseReference>;
+
+/// Opened by ICU's own name, with "?" as substitute.
+inline ReferenceConverter OpenReference(const char* name) {
+  UErrorCode error = U_ZERO_ERROR;
+  ReferenceConverter converter(ucnv_open(name, &error));
+  error = U_ZERO_ERROR;
+  if (converter) ucnv_setSubstChars(converter.get(), "?", 1, &error);
+  return converter;
+}
+
+/// A text of code points as ICU converts it as a whole. A converter has only one lone surrogate for all illegal ones.
+inline std::string WholeInPage(const ReferenceConverter& page, const std::u16string& text) {
+  if (text.empty()) return {};
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(page.get(), UCNV_FROM_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr, &error);
+  std::string bytes(text.size() * 16 + 64, '\0');
+  bytes.resize(
+      static_cast<std::size_t>(ucnv_fromUChars(page.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                                               text.data(), static_cast<std::int32_t>(text.size()), &error)));
+  return bytes;
+}
+
+inline void NoteReplaced(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
+                         UChar32 point, UConverterCallbackReason reason, UErrorCode* error) {
+  if (reason <= UCNV_IRREGULAR) *const_cast<bool*>(static_cast<const bool*>(context)) = true;
+  UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, point, reason, error);
+}
+
+/// Whether ICU converts every character of a text. A character that it passes over in silence counts as missing.
+inline bool IsInPage(const ReferenceConverter& page, const std::u16string& text) {
+  bool replaced = false;
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(page.get(), NoteReplaced, &replaced, nullptr, nullptr, &error);
+  std::string bytes(text.size() * 16 + 64, '\0');
+  ucnv_fromUChars(page.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()), text.data(),
+                  static_cast<std::int32_t>(text.size()), &error);
+  ucnv_setFromUCallBack(page.get(), UCNV_FROM_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr, &error);
+  return U_SUCCESS(error) && !replaced;
+}
+
+/// To a code page. What is malformed in UTF-8 counts as U+FFFD.
+template <class From>
+Converted<char> ReferenceToPage(const ReferenceConverter& page, const std::basic_string<From>& source,
+                                std::size_t capacity) {
+  std::vector<std::u16string> beginnings = {u""};
+  bool malformed = false;
+  for (const std::int64_t point : PointsOf(source)) {
+    std::u16string next = beginnings.back();
+    if (point != kIllegal)
+      Append(next, point);
+    else if (sizeof(From) == 1)
+      next += char16_t{0xFFFD};
+    else
+      next += !next.empty() && (next.back() & 0xFC00) == 0xD800 ? char16_t{0xD800} : char16_t{0xDFFF};
+    malformed = malformed || point == kIllegal;
+    beginnings.push_back(next);
+  }
+  Converted<char> result;
+  result.problem = malformed || !IsInPage(page, beginnings.back());
+  while (WholeInPage(page, beginnings.back()).size() > capacity) {
+    beginnings.pop_back();
+    result.cut = true;
+  }
+  result.text = WholeInPage(page, beginnings.back());
+  return result;
+}
+
+inline void QuestionMark(const void* context, UConverterToUnicodeArgs* args, const char*, std::int32_t,
+                         UConverterCallbackReason reason, UErrorCode* error) {
+  if (reason > UCNV_IRREGULAR) return;
+  *const_cast<bool*>(static_cast<const bool*>(context)) = true;
+  *error = U_ZERO_ERROR;
+  ucnv_cbToUWriteUChars(args, u"?", 1, 0, error);
+}
+
+/// From a code page, whole.
+inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::string& source, bool& replaced) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setToUCallBack(page.get(), QuestionMark, &replaced, nullptr, nullptr, &error);
+  std::u16string units(source.size() * 4 + 64, u'\0');
+  units.resize(
+      static_cast<std::size_t>(ucnv_toUChars(page.get(), units.data(), static_cast<std::int32_t>(units.size()),
+                                             source.data(), static_cast<std::int32_t>(source.size()), &error)));
+  ucnv_setToUCallBack(page.get(), UCNV_TO_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr, &error);
+  return units;
+}
+
+/// From a code page to UTF-8 or UTF-16.
+template <class To>
+Converted<To> ReferenceFromPage(const ReferenceConverter& page, const std::string& source, std::size_t capacity) {
+  bool replaced = false;
+  const std::u16string units = WholeFromPage(page, source, replaced);
+  Converted<To> result = ReferenceUnicode<To>(units, capacity);
+  result.problem = result.problem || replaced;
+  return result;
+}
+
+/// A buffer of `size` places, filled with '#', as a conversion is to leave it.
+template <class Unit>
+std::basic_string<Unit> ReferenceBuffer(const Converted<Unit>& converted, bool terminated, std::size_t size) {
+  std::basic_string<Unit> buffer = converted.text;
+  const std::size_t capacity = size - (terminated ? 1 : 0);
+  if (converted.cut || !terminated) buffer.resize(capacity, Unit{' '});
+  if (terminated) buffer += Unit{0};
+  buffer.resize(size, Unit{'#'});
+  return buffer;
+}
+
+}  // namespace rqtest
+
+#endif
