@@ -155,7 +155,6 @@ void RecordToUnicode(UConverter& converter, bool& replaced) {
 void RecordMalformed(UConverter& converter, bool& replaced) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(&converter, NoteMalformed, &replaced, nullptr, nullptr, &error);
-  ucnv_resetToUnicode(&converter);
 }
 
 ConverterTraits TraitsOf(const UConverter& converter) {
