@@ -94,11 +94,11 @@ Stop DecodeFour(const char*& source, const char* end, Unit*& target, const Unit*
 template <class Unit>
 bool DecodeSeveral(const char*& source, Unit*& target) {
   const unsigned lead = Byte(*source);
-  if (lead < 0xC2U || lead > 0xF4U) return false;
   const char* const end = source + 4;
   const Unit* const limit = target + 2;
+  if ((lead & 0xF0U) == 0xE0U) return DecodeThree(source, end, target, limit) == Stop::AtEnd;
+  if (lead < 0xC2U || lead > 0xF4U) return false;
   if (lead < 0xE0U) return DecodeTwo(source, end, target, limit) == Stop::AtEnd;
-  if (lead < 0xF0U) return DecodeThree(source, end, target, limit) == Stop::AtEnd;
   return DecodeFour(source, end, target, limit) == Stop::AtEnd;
 }
 
