@@ -7,7 +7,8 @@ source=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$source/build-bench}
 
 cmake -S "$source" --preset bench -B "$build" >/dev/null
-cmake --build "$build" --target rqxml_bench rqxml_bench_memory rqxml_bench_profile rqxml_bench_hostile rqxml_bench_combiner >/dev/null
+cmake --build "$build" --target rqxml_bench rqxml_bench_memory rqxml_bench_profile rqxml_bench_hostile \
+  rqxml_bench_combiner rqxml_bench_encoding >/dev/null
 
 bench() {
   "$build/bench/rqxml_bench" --markdown --benchmark_filter="$1"
@@ -71,6 +72,10 @@ echo
 echo '## Merging splits'
 echo
 "$build/bench/rqxml_bench_combiner"
+echo
+echo '## Text encodings: this library / iconv, each in units of the time of ICU alone'
+echo
+"$build/bench/rqxml_bench_encoding"
 echo
 echo '## Hostile input'
 echo

@@ -76,6 +76,16 @@ UConverter* CodePageSide::Clone() {
   return nullptr;
 }
 
+UConverter* CodePageSide::RestartedClone() {
+  if (fTraits.type == UCNV_COMPOUND_TEXT && fClone) {  // a reset does not reach the parts that it is made of
+    if (fClone->Replaced()) Fail();
+    fClone.reset();
+  }
+  UConverter* const clone = Clone();
+  if (clone != nullptr) ucnv_resetFromUnicode(clone);
+  return clone;
+}
+
 const char* Utf8Shortcut::Place() const {
   const char* place = fText.begin;  // ICU may have stopped inside a character
   while (place != fText.end && (static_cast<unsigned char>(*place) & 0xC0U) == 0x80U) ++place;
@@ -245,8 +255,8 @@ bool ToCodePage<Source>::Writer::Next(UConverter* clone, char*& target, char* li
 template <class Source>
 bool ToCodePage<Source>::Fits(const Unit* end, char*& target, char* limit) {
   if (end == fText.begin) return true;
-  UConverter* const clone = fSide.Clone();
-  ucnv_resetFromUnicode(clone);
+  UConverter* const clone = fSide.RestartedClone();
+  if (clone == nullptr) return false;
   Writer writer({fText.begin, end});
   bool more = writer.Next(clone, target, limit);
   while (more) {
@@ -271,6 +281,14 @@ auto ToCodePage<Source>::LongestBetween(const Unit* fitting, const Unit* tooLong
   }
 }
 
+/// The place, or the start of the character that it divides: some encodings write a surrogate pair in halves.
+template <class Source>
+auto ToCodePage<Source>::WholeUpTo(const Unit* place) const -> const Unit* {
+  if (place == fText.begin) return place;
+  const Unit* const start = Source::Before(fText.begin, place, fText.end);
+  return Source::After(start, fText.end) > place ? start : place;
+}
+
 template <class Source>
 void ToCodePage<Source>::CutToWhole(char* begin, char*& target, char* limit) {
   if (fReached < fText.begin) return;  // in the ASCII
@@ -279,7 +297,7 @@ void ToCodePage<Source>::CutToWhole(char* begin, char*& target, char* limit) {
     target = from;
     return Fits(end, target, limit);
   };
-  const Unit* fitting = fReached;
+  const Unit* fitting = WholeUpTo(fReached);
   const Unit* tooLong = nullptr;
   for (std::size_t step = 1; !fits(fitting); step *= 2) {
     tooLong = fitting;

@@ -95,6 +95,8 @@ class CodePageSide {
   std::size_t SameLength(Text<Unit> text) const;
   /// The clone; null, and a problem, when there is none.
   UConverter* Clone();
+  /// The clone in its initial state; null, and a problem, when there is none.
+  UConverter* RestartedClone();
   bool HasClone() const { return fClone.has_value(); }
   bool Problem() const { return fFailed || (fClone && fClone->Replaced()); }
   /// Notes a problem.
@@ -236,6 +238,7 @@ class ToCodePage {
 
   bool WantsShortcut() const;
   bool Fits(const Unit* end, char*& target, char* limit);
+  const Unit* WholeUpTo(const Unit* place) const;
   const Unit* LongestBetween(const Unit* fitting, const Unit* tooLong, char* from, char* limit);
 
   CodePageSide fSide;

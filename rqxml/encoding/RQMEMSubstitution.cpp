@@ -117,6 +117,7 @@ bool ConverterTraits::HasNoState() const {
 }
 
 bool ConverterTraits::WritesSurrogates() const {
+  if (type >= UCNV_LMBCS_1 && type <= UCNV_LMBCS_LAST) return true;
   switch (type) {
     case UCNV_UTF7:
     case UCNV_IMAP_MAILBOX:
@@ -155,7 +156,6 @@ void RecordToUnicode(UConverter& converter, bool& replaced) {
 void RecordMalformed(UConverter& converter, bool& replaced) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(&converter, NoteMalformed, &replaced, nullptr, nullptr, &error);
-  ucnv_resetToUnicode(&converter);
 }
 
 ConverterTraits TraitsOf(const UConverter& converter) {

@@ -41,7 +41,7 @@ void InstallSubstitution(UConverter& converter);
 void RecordFromUnicode(UConverter& converter, bool& replaced);
 /// For reading; the substitute is "?".
 void RecordToUnicode(UConverter& converter, bool& replaced);
-/// For reading; the substitute is U+FFFD.
+/// For reading, with a converter that is in its initial state; the substitute is U+FFFD.
 void RecordMalformed(UConverter& converter, bool& replaced);
 
 }  // namespace RQMEM_NAMESPACE

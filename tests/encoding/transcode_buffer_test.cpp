@@ -133,6 +133,32 @@ TEST_F(TranscodeBuffer, CutTextWithShiftStatesEndsInItsInitialState) {
 }
 
 // The pieces of an inner buffer, its edges, the exact fit and the cut must all report it.
+TEST_F(TranscodeBuffer, PairThatTheEncodingWritesInHalvesIsCutWhole) {
+  const QULTMBConverterHandle cesu(QULTMBConverterNew_8("CESU-8"));
+  char to[3];
+  int status = -1;
+  EXPECT_EQ(QULTMB16toCodePage(cesu.Get(), to, 3, u"\U0001F600", 2, &status), 0);
+  EXPECT_EQ(std::string(to, 3), "   ");
+  EXPECT_EQ(status, 1);
+}
+
+TEST_F(TranscodeBuffer, CutCompoundTextBeginsWithItsEscape) {
+  const QULTMBConverterHandle x11(QULTMBConverterNew_8("x11-compound-text"));
+  char to[9];
+  int status = -1;
+  EXPECT_EQ(QULTMB16toCodePage(x11.Get(), to, 9, L"\u3042\u3042\u3042\u3042", 4, &status), 8);
+  EXPECT_EQ(std::string(to, 8), "\x1B$)B\xA4\xA2\xA4\xA2");
+  EXPECT_EQ(status, 1);
+}
+
+TEST_F(TranscodeBuffer, HalfASurrogatePairIsReportedByAnEncodingThatWritesIt) {
+  for (const char* name : {"LMBCS-1", "LMBCS-2", "LMBCS-16", "CESU-8", "SCSU"}) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::string to;
+    EXPECT_EQ(QULTMBU16ToCodePage(converter.Get(), to, std::u16string(u"a\xD800z")), 3) << name;
+  }
+}
+
 TEST_F(TranscodeBuffer, ReplacedCharacterIsReportedWhateverTheSizeAndThePlace) {
   for (const int length : {1, 2, 255, 256, 1023, 1024, 1025, 2047, 2048, 3000})
     for (const int place : {0, length / 2, length - 1})

@@ -12,11 +12,14 @@
 
 namespace rqtool {
 
-/// What a sub-command brings about. It prints nothing itself, so that nothing is ever printed by half.
+/// What a sub-command brings about. It prints nothing itself, so that nothing is ever printed by half, unless its
+/// output is too long to be held back.
 struct Outcome {
-  std::string output;              ///< for standard output, whole
-  std::vector<std::string> notes;  ///< for standard error, one printable line each
+  std::string output{};              ///< for standard output, whole
+  std::vector<std::string> notes{};  ///< for standard error, one printable line each
   ExitCode exitCode = ExitCode::Good;
+  std::string report{};     ///< for standard error, whole
+  bool outputLost = false;  ///< standard output has failed before, which was told
 };
 
 /// What the command line asked for; filled while it is parsed.
@@ -44,6 +47,8 @@ void AddGetCommand(CLI::App& app, Request& request);
 void AddStatsCommand(CLI::App& app, Request& request);
 void AddCombineCommand(CLI::App& app, Request& request);
 void AddStatusCommand(CLI::App& app, Request& request);
+void AddRecodeCommand(CLI::App& app, Request& request);
+void AddEncodingsCommand(CLI::App& app, Request& request);
 /// @}
 
 }  // namespace rqtool

@@ -7,16 +7,10 @@
 #include <memory>
 #include <string>
 
+#include "OpenToRead.h"
 #include "RecordingBuffer.h"
 
 namespace rqtool {
-
-/// What is read besides regular files and standard input.
-enum class SpecialFiles {
-  Refuse,      ///< nothing
-  Read,        ///< pipes and devices too
-  RegularOnly  ///< not even standard input: the file is opened by its name again
-};
 
 /// A document to read: a local file, or standard input under the name "-". Names are never taken as addresses, so
 /// that nothing is fetched from a network.

@@ -28,7 +28,7 @@ class OutputFile {
   /// The name to write to.
   const std::string& GetTemporaryName() const { return fTemporary; }
 
-  /// Writes `text` as the whole of the file.
+  /// Writes `text` behind what was written before.
   /// @throws Failure (FileFailed) when that fails
   void Write(std::string_view text) const;
 

@@ -1,48 +1,41 @@
 #include "Progress.h"
 
-#include <unistd.h>
-
-#include <cstdio>
 #include <string>
-
-#include "Terminal.h"
 
 namespace rqtool {
 
 namespace {
 
-constexpr std::chrono::milliseconds kPause{200};
-constexpr const char* kWipe = "\r\x1b[K";
+double Rate(double done, double seconds) { return seconds > 0 ? done / seconds : 0; }
 
-std::string Rounded(double value) {
-  const bool small = value < 10;
-  char text[32];
-  std::snprintf(text, sizeof text, small ? "%.1f" : "%.0f", value);
-  return text;
-}
+std::string Megabytes(double bytes) { return RoundedForProgress(bytes / 1e6) + " MB"; }
 
 }  // namespace
 
-Progress::Progress(std::size_t total, bool wanted) : fTotal(total), fShown(wanted && ::isatty(STDERR_FILENO) == 1) {}
-
-Progress::~Progress() {
-  if (fShown) WriteToStderr(kWipe);
-}
-
 void Progress::Show(std::size_t done, int segments) {
-  const Clock::time_point now = Clock::now();
-  if (!fShown || (now < fNext && done < fTotal)) return;
-  fNext = now + kPause;
-  const double seconds = std::chrono::duration<double>(now - fBegin).count();
-  const double rate = seconds > 0 ? static_cast<double>(done) / seconds : 0;
-  std::string line = kWipe + std::to_string(done) + " of " + std::to_string(fTotal) + " files, ";
-  line += std::to_string(segments) + (segments == 1 ? " segment, " : " segments, ") + Rounded(rate) + " files/s";
+  if (!fLine.IsDue(done == fTotal)) return;
+  const double rate = Rate(static_cast<double>(done), fLine.GetSeconds());
+  std::string line = std::to_string(done) + " of " + std::to_string(fTotal) + " files, ";
+  line += std::to_string(segments) + (segments == 1 ? " segment, " : " segments, ") + RoundedForProgress(rate);
+  line += " files/s";
   if (done == fTotal) {
     line += ", writing";
   } else if (rate > 0) {
-    line += ", " + Rounded(static_cast<double>(fTotal - done) / rate) + " s left";
+    line += ", " + RoundedForProgress(static_cast<double>(fTotal - done) / rate) + " s left";
   }
-  WriteToStderr(line);
+  fLine.Show(line);
+}
+
+void ByteProgress::Show(std::uint64_t done) {
+  if (!fLine.IsDue(false)) return;
+  const double rate = Rate(static_cast<double>(done), fLine.GetSeconds());
+  std::string line = Megabytes(static_cast<double>(done));
+  if (fTotal) line += " of " + Megabytes(static_cast<double>(*fTotal));
+  line += ", " + Megabytes(rate) + "/s";
+  if (fTotal && rate > 0 && done < *fTotal) {
+    line += ", " + RoundedForProgress(static_cast<double>(*fTotal - done) / rate) + " s left";
+  }
+  fLine.Show(line);
 }
 
 }  // namespace rqtool

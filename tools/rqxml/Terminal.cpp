@@ -10,6 +10,16 @@
 
 namespace rqtool {
 
+namespace {
+
+void ReportStdoutError(int error) {
+  if (error == EPIPE) return;
+  WriteToStderr("rqxml: standard output cannot be written: " + std::generic_category().message(error) +
+                "\n  hint: make room, or send the output elsewhere\n");
+}
+
+}  // namespace
+
 std::optional<std::size_t> TerminalWidth() {
   winsize size{};
   if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
@@ -21,12 +31,21 @@ bool WriteToStdout(std::string_view text) {
   const std::size_t written = std::fwrite(text.data(), 1, text.size(), stdout);
   // Closing tells of errors that come late, as on a network disk.
   if (written == text.size() && std::fclose(stdout) == 0) return true;
-  const int error = errno;
-  if (error != EPIPE) {
-    WriteToStderr("rqxml: standard output cannot be written: " + std::generic_category().message(error) +
-                  "\n  hint: make room, or send the output elsewhere\n");
-  }
+  ReportStdoutError(errno);
   return false;
+}
+
+bool WritePartToStdout(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) {
+      ReportStdoutError(errno);
+      return false;
+    }
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
 }
 
 void WriteToStderr(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }

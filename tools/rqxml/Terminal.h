@@ -15,6 +15,11 @@ std::optional<std::size_t> TerminalWidth();
 /// @return false when not all of it was written
 bool WriteToStdout(std::string_view text);
 
+/// Writes `text` to standard output at once, and tells what goes wrong as WriteToStdout does. For output that is too
+/// long to be held back.
+/// @return false when not all of it was written
+bool WritePartToStdout(std::string_view text);
+
 /// Writes `text` to standard error, as far as it goes.
 void WriteToStderr(std::string_view text);
 

@@ -51,7 +51,9 @@ ExitCode ReportOutOfMemory() {
 }
 
 ExitCode Print(const Outcome& outcome) {
+  if (outcome.outputLost) return ExitCode::FileFailed;
   for (const std::string& note : outcome.notes) WriteToStderr("rqxml: note: " + note + '\n');
+  WriteToStderr(outcome.report);
   return WriteToStdout(outcome.output) ? outcome.exitCode : ExitCode::FileFailed;
 }
 
@@ -87,7 +89,7 @@ std::optional<std::string> FindUnknownOption(const CLI::App& subCommand) {
 ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   std::ostringstream out;
   std::ostringstream err;
-  if (app.exit(e, out, err) == 0) return Print({out.str(), {}, ExitCode::Good});
+  if (app.exit(e, out, err) == 0) return Print({.output = out.str()});
   const std::vector<CLI::App*> chosen = app.get_subcommands();
   const std::vector<std::string> unknown = app.remaining();
   std::string what = e.what();
@@ -116,7 +118,10 @@ std::optional<std::string> FindEmptyValue(int argc, char** argv) {
 }
 
 ExitCode Run(int argc, char** argv) {
-  CLI::App app("Reads and combines the XML documents of a statistics and data-mining engine.", "rqxml");
+  CLI::App app(
+      "Reads and combines the XML documents of a statistics and data-mining engine, and\nconverts text between "
+      "encodings.",
+      "rqxml");
   app.set_version_flag("--version", std::string("rqxml ") + RQXML_VERSION_STRING);
   app.footer(ExitCodeHelp());
   app.get_formatter()->column_width(20);
@@ -128,6 +133,8 @@ ExitCode Run(int argc, char** argv) {
   AddStatsCommand(app, request);
   AddCombineCommand(app, request);
   AddStatusCommand(app, request);
+  AddRecodeCommand(app, request);
+  AddEncodingsCommand(app, request);
   if (const std::optional<std::string> word = FindEmptyValue(argc, argv)) {
     return Report(Failure(ExitCode::WrongUsage, {.what = *word + " gives no value",
                                                  .hint = "write the value behind it, as in --fields=a,b,c; rqxml "

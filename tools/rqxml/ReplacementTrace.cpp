@@ -1,0 +1,81 @@
+#include "ReplacementTrace.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace rqtool {
+
+namespace {
+
+constexpr std::uint64_t kUtf32Size = 4;
+
+// Where the character begins that the byte at `place` belongs to. UTF-32 that begins with its byte order mark keeps the
+// bytes of the mark for itself.
+std::uint64_t CharacterStart(const Decoder& decoder, std::uint64_t place) {
+  const std::uint64_t start = place - std::min(place, decoder.CountPending());
+  return ucnv_getType(&decoder.GetConverter()) == UCNV_UTF32 ? start - start % kUtf32Size : start;
+}
+
+bool IsLead(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool IsTrail(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+char32_t CodePoint(char16_t unit, char16_t next) {
+  if (!IsLead(unit) || !IsTrail(next)) return unit;
+  return 0x10000 + (static_cast<char32_t>(unit - 0xD800) << 10) + static_cast<char32_t>(next - 0xDC00);
+}
+
+}  // namespace
+
+void ReplacementTrace::Convert(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t offset,
+                               bool last, const ByteSink& sink) {
+  KeepPending(encoder);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    Step(decoder, encoder, bytes.substr(i, 1), CharacterStart(decoder, offset + i), false, sink);
+  }
+  if (!last) return;
+  const std::uint64_t end = offset + bytes.size();
+  Step(decoder, encoder, {}, CharacterStart(decoder, end), true, sink);
+  const std::uint64_t before = encoder.GetReplaced();
+  encoder.Write({}, true, sink);
+  NoteReplacedBy(encoder, before);
+}
+
+void ReplacementTrace::Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t origin, bool last,
+                            const ByteSink& sink) {
+  const std::uint64_t before = decoder.GetReplaced();
+  for (bool more = true; more;) {
+    const Decoder::Piece piece = decoder.Take(bytes, last);
+    if (!fFirst && decoder.GetReplaced() > before) fFirst = origin;
+    Encode(encoder, piece.units, origin, sink);
+    more = piece.more;
+  }
+}
+
+void ReplacementTrace::Encode(Encoder& encoder, std::u16string_view units, std::uint64_t origin, const ByteSink& sink) {
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    fPending.push_back({units[i], origin});
+    const std::uint64_t before = encoder.GetReplaced();
+    encoder.Write(units.substr(i, 1), false, sink);
+    NoteReplacedBy(encoder, before);
+    KeepPending(encoder);
+  }
+}
+
+// What was replaced is one of the units that were held back, or the one behind them.
+void ReplacementTrace::NoteReplacedBy(const Encoder& encoder, std::uint64_t before) {
+  if (fFirst || encoder.GetReplaced() == before || fPending.empty()) return;
+  fFirst = fPending.front().origin;
+  for (std::size_t i = 0; i < fPending.size(); ++i) {
+    const char16_t next = i + 1 < fPending.size() ? fPending[i + 1].unit : u'\0';
+    if (CodePoint(fPending[i].unit, next) != encoder.GetFirstReplaced()) continue;
+    fFirst = fPending[i].origin;
+    return;
+  }
+}
+
+void ReplacementTrace::KeepPending(const Encoder& encoder) {
+  const std::size_t pending = std::min(fPending.size(), encoder.CountPending());
+  fPending.erase(fPending.begin(), fPending.end() - static_cast<std::ptrdiff_t>(pending));
+}
+
+}  // namespace rqtool
