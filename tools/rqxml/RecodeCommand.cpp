@@ -27,8 +27,8 @@ constexpr const char* kStandardOutput = "-";
 
 constexpr const char* kFooter =
     "ENC is a code-page number or the name of an encoding; rqxml encodings lists\n"
-    "them. What is malformed in IN, and what OUT has no place for, is replaced, mostly\n"
-    "by a question mark.\n\n";
+    "them. What is malformed in IN, and what OUT has no place for, is replaced,\n"
+    "mostly by a question mark.\n\n";
 
 struct RecodeOptions {
   std::string from;
