@@ -45,6 +45,13 @@ trap 'rm -rf "$combined"' EXIT
 show combine -o "$combined/spending.pmml" --manifest examples/splits/splits.csv --label "region=Sales region"
 show vars "$combined/spending.pmml"
 
+# Text in other encodings, and what a code page is.
+show recode --from UTF-8 --to 1252 --json examples/datamodel/loans.xml "$combined/loans.1252.xml"
+show recode --from 1252 --to UTF-8 --strict "$combined/loans.1252.xml" "$combined/loans.xml"
+cmp "$combined/loans.xml" examples/datamodel/loans.xml
+show encodings
+show encodings 1252
+
 # Pictures of the fields, and a page about a whole document.
 show stats --field weekday --svg "$combined/pictures" --html "$combined/bicycles.html" examples/bicycles.pmml
 ls "$combined/pictures"

@@ -22,9 +22,10 @@ using ::testing::Not;
 
 namespace {
 
-const std::vector<std::vector<std::string>> kHelpCalls{{"--help"},          {"vars", "--help"},  {"settings", "--help"},
-                                                       {"get", "--help"},   {"stats", "--help"}, {"combine", "--help"},
-                                                       {"status", "--help"}};
+const std::vector<std::vector<std::string>> kHelpCalls{
+    {"--help"},           {"vars", "--help"},   {"settings", "--help"},
+    {"get", "--help"},    {"stats", "--help"},  {"combine", "--help"},
+    {"status", "--help"}, {"recode", "--help"}, {"encodings", "--help"}};
 
 std::set<std::string> LongOptions(const std::string& text) {
   const std::regex pattern("--[a-z][a-z-]*");
@@ -77,6 +78,15 @@ TEST(CommandLine, HelpNamesEachOptionOfStatsAndThoseOfVarsForDataModels) {
   }
   const std::string vars = RunTool({"vars", "--help"}).out;
   for (const char* option : {"--field-roles", "--flag", "--count N"}) EXPECT_THAT(vars, HasSubstr(option));
+}
+
+TEST(CommandLine, HelpNamesEachOptionOfRecodeAndOfEncodings) {
+  const std::string recode = RunTool({"recode", "--help"}).out;
+  for (const char* option : {"IN", "OUT", "--from ENC", "--to ENC", "--strict", "--quiet", "--json"}) {
+    EXPECT_THAT(recode, HasSubstr(option));
+  }
+  const std::string encodings = RunTool({"encodings", "--help"}).out;
+  for (const char* option : {"NAME", "--all", "--wide", "--json"}) EXPECT_THAT(encodings, HasSubstr(option));
 }
 
 TEST(CommandLine, VersionIsThatOfTheLibrary) {
@@ -157,6 +167,17 @@ TEST(CommandLine, WrongUsageGivesTwoAndAWayToTheHelpOnStandardErrorAlone) {
       {{"status", "-5"}, "-5", "rqxml status"},
       {{"status", "99999999999999999999"}, "no status code 99999999999999999999", "rqxml status"},
       {{"status", "-99999999999999999999"}, "99999999999999999999", "rqxml status"},
+      {{"recode"}, "--from is required", "rqxml recode --help"},
+      {{"recode", "--from", "UTF-8"}, "--to is required", "rqxml recode --help"},
+      {{"recode", "--from", "UTF-8", "--to", "1252", "a", "b", "c"}, "not expected: c", "rqxml recode --help"},
+      {{"recode", "--from", "UTF-8", "--to", "x-none"}, "--to: there is no encoding \"x-none\"", "rqxml encodings"},
+      {{"recode", "--from", "0", "--to", "1252"}, "--from: there is no encoding \"0\"", "rqxml encodings"},
+      {{"recode", "--from", "\xff", "--to", "1252"}, "--from: there is no encoding \"\\xff\"", "rqxml encodings"},
+      {{"recode", "--from=", "--to", "1252"}, "--from= gives no value", "behind it"},
+      {{"encodings", "x-none"}, "there is no encoding \"x-none\"", "rqxml encodings --all"},
+      {{"encodings", ""}, "there is no encoding \"\"", "rqxml encodings --all"},
+      {{"encodings", "--all", "1252"}, "--all goes with no NAME", "leave out one"},
+      {{"encodings", "1252", "1253"}, "not expected: 1253", "rqxml encodings --help"},
       {{"status", "103x"}, "CODE is a whole number, which \"103x\" is not", "rqxml status --help"},
       {{"status", ""}, "CODE is a whole number, which \"\" is not", "rqxml status --help"},
   };

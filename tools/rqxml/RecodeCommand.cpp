@@ -26,8 +26,9 @@ constexpr std::size_t kBlockSize = 64 * 1024;
 constexpr const char* kStandardOutput = "-";
 
 constexpr const char* kFooter =
-    "ENC is a code-page number or the name of an encoding; rqxml encodings lists them.\n"
-    "What is malformed in IN, and what ENC lacks, is replaced, mostly by ?.\n\n";
+    "ENC is a code-page number or the name of an encoding; rqxml encodings lists\n"
+    "them. What is malformed in IN, and what OUT has no place for, is replaced,\n"
+    "mostly by a question mark.\n\n";
 
 struct RecodeOptions {
   std::string from;
