@@ -33,9 +33,11 @@ void ReportFromUnicode(const void*, UConverterFromUnicodeArgs* args, const UChar
   if (U_SUCCESS(*error)) *error = reason == UCNV_UNASSIGNED ? kUnassigned : kIllegal;
 }
 
-/// Writes "?" in place of ICU's substitute.
-void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char*, std::int32_t,
+/// Writes "?" in place of ICU's substitute; leaves a shift to another set and back at once, which some take for an
+/// attack, to ICU.
+void ReportToUnicode(const void*, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
                      UConverterCallbackReason reason, UErrorCode* error) {
+  if (reason == UCNV_IRREGULAR) UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, reason, error);
   if (!IsSubstitution(reason)) return;
   *error = U_ZERO_ERROR;
   ucnv_cbToUWriteUChars(args, u"?", 1, 0, error);
@@ -53,7 +55,7 @@ void NoteFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const
 
 void NoteToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* units, std::int32_t length,
                    UConverterCallbackReason reason, UErrorCode* error) {
-  if (!IsSubstitution(reason)) return;
+  if (!IsSubstitution(reason) && reason != UCNV_IRREGULAR) return;
   ReportToUnicode(nullptr, args, units, length, reason, error);
   Record(context);
   if (U_SUCCESS(*error)) *error = U_ZERO_ERROR;

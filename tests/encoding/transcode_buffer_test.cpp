@@ -7,6 +7,7 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rqxml/encoding/RQMEMChar16.h"
@@ -156,6 +157,17 @@ TEST_F(TranscodeBuffer, HalfASurrogatePairIsReportedByAnEncodingThatWritesIt) {
     const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
     std::string to;
     EXPECT_EQ(QULTMBU16ToCodePage(converter.Get(), to, std::u16string(u"a\xD800z")), 3) << name;
+  }
+}
+
+TEST_F(TranscodeBuffer, EmptyShiftedSegmentIsReportedAndLosesNothingBehindIt) {
+  const std::pair<const char*, std::string> rows[] = {{"ISO-2022-JP", "A\x1B$B\x1B(BB"}, {"HZ", "A~{~}B"}};
+  for (const auto& [name, text] : rows) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::string to;
+    EXPECT_EQ(QULTMBCodePageToU8(converter.Get(), to, text), 3) << name;
+    EXPECT_EQ(to.front(), 'A') << name;
+    EXPECT_EQ(to.back(), 'B') << name;
   }
 }
 
