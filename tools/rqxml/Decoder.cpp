@@ -16,6 +16,9 @@ constexpr std::size_t kUnits = 16 * 1024;
 
 bool IsReplacement(UConverterCallbackReason reason) { return reason <= UCNV_IRREGULAR; }
 
+// Of these ICU forgets what they begin and do not end, and counts no bytes as pending.
+bool ForgetsItsEnd(UConverterType type) { return type == UCNV_HZ || type == UCNV_UTF7; }
+
 }  // namespace
 
 Decoder::Decoder(QULTMBConverterHandle converter)
@@ -40,7 +43,7 @@ void Decoder::Note(const void* context, UConverterToUnicodeArgs* args, const cha
                    UConverterCallbackReason reason, UErrorCode* error) {
   if (!IsReplacement(reason)) return;
   Watch& watch = *const_cast<Watch*>(static_cast<const Watch*>(context));
-  ++watch.replaced;
+  if (watch.replaced++ == 0) watch.firstDistance = length + (args->sourceLimit - args->source);
   watch.callback(watch.context, args, bytes, length, reason, error);
   // An empty segment between two escape sequences is neither unassigned nor illegal, and no reason to stop either.
   const bool left = U_FAILURE(*error) != 0;
@@ -49,6 +52,31 @@ void Decoder::Note(const void* context, UConverterToUnicodeArgs* args, const cha
 }
 
 Decoder::Piece Decoder::Take(std::string_view& bytes, bool last) {
+  if (!last || !ForgetsItsEnd(ucnv_getType(&GetConverter()))) return Convert(bytes, last);
+  if (!bytes.empty()) return {Convert(bytes, false).units, true};
+  return TakeForgottenEnd();
+}
+
+Decoder::Piece Decoder::TakeForgottenEnd() {
+  const bool inside = IsInsideCharacter();
+  const std::uint64_t before = fWatch->replaced;
+  std::string_view none;
+  const Piece piece = Convert(none, true);
+  if (!inside || !piece.units.empty() || fWatch->replaced > before) return piece;
+  if (fWatch->replaced++ == 0) fWatch->firstDistance = 1;
+  fUnits.front() = u'?';
+  return {std::u16string_view(fUnits.data(), 1), false};
+}
+
+// Behind whole characters "!" stands for itself, or begins a character of HZ.
+bool Decoder::IsInsideCharacter() const {
+  Decoder probe = Clone();
+  std::string_view sign = "!";
+  const Piece piece = probe.Convert(sign, false);
+  return probe.GetReplaced() > 0 || !(piece.units.empty() || piece.units == u"!");
+}
+
+Decoder::Piece Decoder::Convert(std::string_view& bytes, bool last) {
   fUnits.resize(kUnits);
   const char* source = bytes.data() == nullptr ? "" : bytes.data();
   char16_t* target = fUnits.data();

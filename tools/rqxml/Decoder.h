@@ -33,6 +33,9 @@ class Decoder {
 
   /// How many sequences of bytes were replaced.
   std::uint64_t GetReplaced() const { return fWatch->replaced; }
+  /// How many bytes before the end of the bytes taken the first of them began, when it was replaced; only when there is
+  /// one.
+  std::uint64_t GetFirstDistance() const { return static_cast<std::uint64_t>(fWatch->firstDistance); }
   /// How many of the bytes taken are the beginning of a character.
   std::uint64_t CountPending() const;
   /// False when Clone must not be called.
@@ -47,11 +50,15 @@ class Decoder {
     UConverterToUCallback callback = nullptr;  // the library's
     const void* context = nullptr;
     std::uint64_t replaced = 0;
+    std::ptrdiff_t firstDistance = 0;
   };
   static void Note(const void* context, UConverterToUnicodeArgs* args, const char* bytes, std::int32_t length,
                    UConverterCallbackReason reason, UErrorCode* error);
   Decoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Watch& watch);
   void Install();
+  Piece Convert(std::string_view& bytes, bool last);
+  Piece TakeForgottenEnd();
+  bool IsInsideCharacter() const;
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it
   RQMEM_NAMESPACE::QULTMBConverterHandle fConverter;

@@ -16,6 +16,12 @@ std::uint64_t CharacterStart(const Decoder& decoder, std::uint64_t place) {
   return ucnv_getType(&decoder.GetConverter()) == UCNV_UTF32 ? start - start % kUtf32Size : start;
 }
 
+// Where the first sequence begins that `decoder` replaced when it had taken the bytes up to `end`. Some encodings hold
+// bytes back that ICU does not count.
+std::uint64_t ReplacedStart(const Decoder& decoder, std::uint64_t origin, std::uint64_t end) {
+  return std::min(origin, end - std::min(end, decoder.GetFirstDistance()));
+}
+
 bool IsLead(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool IsTrail(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
@@ -30,22 +36,25 @@ void ReplacementTrace::Convert(Decoder& decoder, Encoder& encoder, std::string_v
                                bool last, const ByteSink& sink) {
   KeepPending(encoder);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    Step(decoder, encoder, bytes.substr(i, 1), CharacterStart(decoder, offset + i), false, sink);
+    Step(decoder, encoder, bytes.substr(i, 1), offset + i, false, sink);
   }
   if (!last) return;
-  const std::uint64_t end = offset + bytes.size();
-  Step(decoder, encoder, {}, CharacterStart(decoder, end), true, sink);
+  Step(decoder, encoder, {}, offset + bytes.size(), true, sink);
   const std::uint64_t before = encoder.GetReplaced();
   encoder.Write({}, true, sink);
   NoteReplacedBy(encoder, before);
 }
 
-void ReplacementTrace::Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t origin, bool last,
+void ReplacementTrace::Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t place, bool last,
                             const ByteSink& sink) {
   const std::uint64_t before = decoder.GetReplaced();
+  const std::uint64_t end = place + bytes.size();
+  const std::uint64_t origin = CharacterStart(decoder, place);
   for (bool more = true; more;) {
     const Decoder::Piece piece = decoder.Take(bytes, last);
-    if (!fFirst && decoder.GetReplaced() > before) fFirst = origin;
+    if (!fFirst && decoder.GetReplaced() > before) {
+      fFirst = origin < place ? origin : ReplacedStart(decoder, origin, end);
+    }
     Encode(encoder, piece.units, origin, sink);
     more = piece.more;
   }

@@ -34,7 +34,7 @@ class ReplacementTrace {
     std::uint64_t origin;  // where its character begins
   };
 
-  void Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t origin, bool last,
+  void Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t place, bool last,
             const ByteSink& sink);
   void Encode(Encoder& encoder, std::u16string_view units, std::uint64_t origin, const ByteSink& sink);
   void NoteReplacedBy(const Encoder& encoder, std::uint64_t before);
