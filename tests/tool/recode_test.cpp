@@ -239,6 +239,24 @@ TEST_F(Recode, WhatCannotBeReadOrWrittenIsTold) {
   ExpectFiles({"in"});
 }
 
+TEST_F(Recode, APipeUnderTheNameOfStandardOutputIsNoFile) {
+  const ToolResult result = Pipe("UTF-8", "UTF-16", "text", {"-", "/dev/stdout"});
+  EXPECT_EQ(result.exitCode, 3) << result;
+  EXPECT_THAT(result.err, HasSubstr("/dev/stdout: is a pipe or a device"));
+}
+
+TEST_F(Recode, StrictRefusesTextThatEndsInsideACharacter) {
+  for (const auto& [encoding, text] : std::vector<std::pair<std::string, std::string>>{{"UTF-8", "a\xE2\x82"},
+                                                                                       {"932", "a\x93"},
+                                                                                       {"HZ", "a~{V"},
+                                                                                       {"HZ", "a~"},
+                                                                                       {"UTF-7", "a+"},
+                                                                                       {"UTF-16LE", "a"}}) {
+    const ToolResult result = Pipe(encoding, "UTF-8", text, {"--strict"});
+    EXPECT_EQ(result.exitCode, 4) << encoding << ' ' << result;
+  }
+}
+
 TEST_F(Recode, AFullOrMissingStandardOutputIsTold) {
   const std::string in = WriteFile(folder_.File("in"), "text");
   for (const ToolCall& call : {ToolCall{.arguments = Arguments("UTF-8", "UTF-16", {in}), .outputFile = "/dev/full"},

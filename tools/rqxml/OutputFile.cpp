@@ -85,7 +85,8 @@ void SynchroniseFolder(const std::string& folder) {
 
 OutputFile::OutputFile(const std::string& name) : fName(name), fTarget(FollowLinks(name)) {
   struct stat target {};
-  const bool exists = ::stat(fTarget.c_str(), &target) == 0;
+  // By its name: some links, such as that of standard output, lead to what no name of a file stands for.
+  const bool exists = ::stat(name.c_str(), &target) == 0;
   std::error_code error;
   if (fs::is_symlink(fTarget, error)) Fail("is a link that leads in a circle", "name a file");
   if (exists && S_ISDIR(target.st_mode)) Fail("is a directory", "name a file in it");
