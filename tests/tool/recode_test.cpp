@@ -162,6 +162,19 @@ TEST_F(Recode, StrictEndsStandardOutputBeforeTheFirstReplacedCharacter) {
   EXPECT_THAT(much.err, HasSubstr("2 characters were replaced, the first at byte 131077"));
 }
 
+TEST_F(Recode, StrictEndsStandardOutputBeforeTheBlockInWhichAReplacedCharacterBegins) {
+  const std::string block(kBlock, 'x');
+  const std::string shorter(kBlock - 1, 'x');
+  for (const auto& [text, out] : std::vector<std::pair<std::string, std::string>>{{shorter + "\xE2\x82", ""},
+                                                                                  {shorter + "\xE2", ""},
+                                                                                  {block + shorter + "\xE2\x41", block},
+                                                                                  {block + "\xE2", block}}) {
+    const ToolResult result = RunTool(Arguments("UTF-8", "1252", {"--strict", WriteFile(folder_.File("in"), text)}));
+    EXPECT_EQ(result.exitCode, 4) << result.err;
+    EXPECT_TRUE(result.out == out) << result.out.size() << " bytes of " << text.size();
+  }
+}
+
 TEST_F(Recode, TheReportIsOneJsonObject) {
   const std::string in = WriteFile(folder_.File("in"), "a" + kEuro);
   const ToolResult result = RunTool(Arguments("utf8", "1252", {"--json", in, Out()}));
@@ -254,6 +267,7 @@ TEST_F(Recode, StrictRefusesTextThatEndsInsideACharacter) {
                                                                                        {"UTF-16LE", "a"}}) {
     const ToolResult result = Pipe(encoding, "UTF-8", text, {"--strict"});
     EXPECT_EQ(result.exitCode, 4) << encoding << ' ' << result;
+    EXPECT_THAT(result.out, IsEmpty());
   }
 }
 

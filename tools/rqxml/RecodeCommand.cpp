@@ -52,29 +52,50 @@ class Target {
   bool IsFile() const { return fFile.has_value(); }
   /// Gathers the result of a block.
   void Add(std::string_view bytes) { fBlock += bytes; }
-  /// Writes what was gathered.
-  void WriteBlock();
-  /// Forgets what was gathered.
-  void DropBlock() { fBlock.clear(); }
+  /// Holds what was gathered back, and writes what was held before.
+  void HoldBlock();
+  /// Writes what was held back and gathered.
+  void WriteAll();
+  /// Forgets what was gathered, and what was held back or writes it.
+  void DropBlock(bool heldToo);
   void Finish() {
     if (fFile) fFile->Finish();
   }
   std::uint64_t GetWritten() const { return fWritten; }
 
  private:
+  void Write(std::string& bytes);
+
   std::optional<OutputFile> fFile;
+  std::string fHeld;
   std::string fBlock;
   std::uint64_t fWritten = 0;
 };
 
-void Target::WriteBlock() {
+void Target::Write(std::string& bytes) {
   if (fFile) {
-    fFile->Write(fBlock);
-  } else if (!WritePartToStdout(fBlock)) {
+    fFile->Write(bytes);
+  } else if (!WritePartToStdout(bytes)) {
     throw OutputLost();
   }
-  fWritten += fBlock.size();
+  fWritten += bytes.size();
+  bytes.clear();
+}
+
+void Target::HoldBlock() {
+  Write(fHeld);
+  fHeld.swap(fBlock);
+}
+
+void Target::WriteAll() {
+  Write(fHeld);
+  Write(fBlock);
+}
+
+void Target::DropBlock(bool heldToo) {
   fBlock.clear();
+  if (heldToo) fHeld.clear();
+  Write(fHeld);
 }
 
 void RequireOtherFile(const RecodeOptions& options, const ByteSource& source) {
@@ -88,17 +109,24 @@ void RequireOtherFile(const RecodeOptions& options, const ByteSource& source) {
                                        .hint = "name another file"});
 }
 
-// With --strict nothing goes out from the block on in which the first character is replaced.
+// With --strict nothing goes out from the block on in which the first replaced character begins. A block is held back
+// until the next one is there, since a character may begin in one and turn out malformed in the other; and it is filled
+// up, however small the pieces are in which a pipe hands the text out.
 void ConvertAll(const RecodeOptions& options, ByteSource& source, Recoder& recoder, Target& target) {
   ByteProgress progress(source.GetSize(), !options.quiet && (target.IsFile() || ::isatty(STDOUT_FILENO) == 0));
+  std::uint64_t blockStart = 0;
   for (bool last = false; !last;) {
-    const std::string_view block = source.Next();
-    last = block.empty();
-    recoder.Convert(block, last, [&target](std::string_view bytes) { target.Add(bytes); });
+    const std::string_view piece = source.Next();
+    last = piece.empty();
+    if (recoder.GetRead() - blockStart + piece.size() > kBlockSize && options.strict) {
+      if (recoder.GetReplaced() == 0) target.HoldBlock();
+      blockStart = recoder.GetRead();
+    }
+    recoder.Convert(piece, last, [&target](std::string_view bytes) { target.Add(bytes); });
     if (options.strict && recoder.GetReplaced() > 0) {
-      target.DropBlock();
-    } else {
-      target.WriteBlock();
+      target.DropBlock(recoder.GetFirstReplaced().value_or(0) < blockStart);
+    } else if (last || !options.strict) {
+      target.WriteAll();
     }
     progress.Show(recoder.GetRead());
   }
