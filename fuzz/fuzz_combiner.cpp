@@ -16,6 +16,7 @@
 #include "rqxml/combiner/RQXSplitPMMLCombiner.h"
 #include "rqxml/xml/RQXMLReadWrite.h"
 #include "rqxml/xml/RQXMLUtil.h"
+#include "scratch_file.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ using rqxml_fuzz::Check;
 using rqxml_fuzz::CheckEqual;
 using rqxml_fuzz::Describe;
 using rqxml_fuzz::Ending;
+using rqxml_fuzz::ScratchFile;
 using RQXPrsUtil::GetAttribute;
 using RQXPrsUtil::GetFirstChildElmt;
 using RQXPrsUtil::GetNextSiblingElmt;
@@ -32,26 +34,6 @@ using RQXPrsUtil::RQXSplitPMMLCombiner;
 using RQXPrsUtil::ToUTF8;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
-
-// A file in memory, gone with the process.
-class ScratchFile {
- public:
-  explicit ScratchFile(const char* title)
-      : fPath("/dev/shm/rqxml_fuzz_" + std::string(title) + std::to_string(getpid())) {}
-  ~ScratchFile() { std::remove(fPath.c_str()); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  const std::string& Path() const { return fPath; }
-  void Write(const std::string& text) const {
-    std::ofstream out(fPath, std::ios::binary | std::ios::trunc);
-    out << text;
-    Check(out.good(), "the scratch file can be written");
-  }
-
- private:
-  std::string fPath;
-};
 
 struct Input {
   std::string first, second;

@@ -4,9 +4,9 @@
 #include <vector>
 #include <xercesc/dom/DOM.hpp>
 
-#include "byte_streams.h"
 #include "describe.h"
 #include "fuzz_target.h"
+#include "parse.h"
 #include "reference_fill.h"
 #include "reference_text.h"
 #include "rqxml/pmml/RQPMMLParser.h"
@@ -19,24 +19,11 @@ using rqxml_fuzz::Check;
 using rqxml_fuzz::CheckEqual;
 using rqxml_fuzz::Describe;
 using rqxml_fuzz::Ending;
+using rqxml_fuzz::ParseInChunks;
+using rqxml_fuzz::ParseWhole;
 using RQXPrsUtil::RQPMMLParser;
 
 using Names = std::vector<std::string>;
-
-Ending Parse(RQPMMLParser& parser, std::istream& in) {
-  return rqxml_fuzz::RunParse([&] { return parser.ParseToDOM(in); });
-}
-
-Ending ParseWhole(RQPMMLParser& parser, const std::string& text) {
-  std::istringstream in(text);
-  return Parse(parser, in);
-}
-
-Ending ParseInChunks(RQPMMLParser& parser, const std::string& text, std::size_t chunk) {
-  rqxml_fuzz::ChunkedBuffer buffer(text, chunk);
-  std::istream in(&buffer);
-  return Parse(parser, in);
-}
 
 std::string Fill(const RQPMMLParser& parser, const Names& names, bool useBins) {
   RQVarList vars;

@@ -12,6 +12,7 @@
 #include "describe.h"
 #include "fuzz_target.h"
 #include "rqxml/xml/RQXMLReadWrite.h"
+#include "scratch_file.h"
 
 namespace {
 
@@ -20,26 +21,8 @@ using rqxml_fuzz::Check;
 using rqxml_fuzz::CheckEqual;
 using rqxml_fuzz::Describe;
 using rqxml_fuzz::Ending;
+using rqxml_fuzz::ScratchFile;
 using RQXPrsUtil::RQXMLReadWrite;
-
-// A file in memory, gone with the process.
-class ScratchFile {
- public:
-  ScratchFile() : fPath("/dev/shm/rqxml_fuzz_" + std::to_string(getpid())) {}
-  ~ScratchFile() { std::remove(fPath.c_str()); }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
-
-  const std::string& Path() const { return fPath; }
-  void Write(const std::string& text) const {
-    std::ofstream out(fPath, std::ios::binary | std::ios::trunc);
-    out << text;
-    Check(out.good(), "the scratch file can be written");
-  }
-
- private:
-  std::string fPath;
-};
 
 Ending ParseStream(RQXMLReadWrite& reader, const std::string& text) {
   std::istringstream in(text);
@@ -78,7 +61,7 @@ void CheckRoundTrip(RQXMLReadWrite& reader, const ScratchFile& file) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const ScratchFile file;
+  static const ScratchFile file("file");
   const std::string text = rqxml_fuzz::AsText(data, size);
   RQXMLReadWrite reader;
   const Ending ending = ParseStream(reader, text);

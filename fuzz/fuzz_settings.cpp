@@ -7,9 +7,9 @@
 #include <vector>
 #include <xercesc/dom/DOM.hpp>
 
-#include "byte_streams.h"
 #include "describe.h"
 #include "fuzz_target.h"
+#include "parse.h"
 #include "reference_fill.h"
 #include "reference_settings.h"
 #include "rqxml/settings/RQSettingsParser.h"
@@ -22,6 +22,8 @@ using rqxml_fuzz::Check;
 using rqxml_fuzz::CheckEqual;
 using rqxml_fuzz::Describe;
 using rqxml_fuzz::Ending;
+using rqxml_fuzz::ParseInChunks;
+using rqxml_fuzz::ParseWhole;
 using rqxml_fuzz::SlowSettings;
 using RQXPrsUtil::RQSettingsParser;
 using xercesc::DOMElement;
@@ -229,21 +231,6 @@ class Comparison {
 };
 
 // Whole documents
-
-Ending Parse(RQSettingsParser& parser, std::istream& in) {
-  return rqxml_fuzz::RunParse([&] { return parser.ParseToDOM(in); });
-}
-
-Ending ParseWhole(RQSettingsParser& parser, const std::string& text) {
-  std::istringstream in(text);
-  return Parse(parser, in);
-}
-
-Ending ParseInChunks(RQSettingsParser& parser, const std::string& text, std::size_t chunk) {
-  rqxml_fuzz::ChunkedBuffer buffer(text, chunk);
-  std::istream in(&buffer);
-  return Parse(parser, in);
-}
 
 template <class Fill>
 std::string Filled(Fill fill) {
