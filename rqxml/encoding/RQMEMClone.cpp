@@ -1,5 +1,7 @@
 #include "rqxml/encoding/RQMEMClone.h"
 
+#include <array>
+
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
 
@@ -41,6 +43,20 @@ void ConverterClone::Set(const UConverter& converter, const ConverterTraits& tra
     RecordFromUnicode(*fClone, fReplaced);
   else
     RecordToUnicode(*fClone, fReplaced);
+}
+
+bool IsInsideCharacter(const UConverter& converter) {
+  const OwnedConverter probe(Clone(converter, UCNV_UNSUPPORTED_CONVERTER));
+  if (!probe) return false;
+  bool replaced = false;
+  RecordMalformed(*probe, replaced);
+  const char sign = '!';  // behind whole characters it stands for itself, or begins a character of HZ
+  const char* source = &sign;
+  std::array<UChar, 8> units;
+  UChar* end = units.data();
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_toUnicode(probe.get(), &end, end + units.size(), &source, source + 1, nullptr, 0, &error);
+  return replaced || (end != units.data() && units.front() != u'!');
 }
 
 Utf8Clone::Utf8Clone(Direction direction) {

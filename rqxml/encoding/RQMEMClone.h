@@ -46,6 +46,9 @@ class ConverterClone {
   OwnedConverter fClone;  // closed first: ICU calls the callbacks then
 };
 
+/// True when the text that the converter has read so far ends inside a character; for HZ and UTF-7.
+bool IsInsideCharacter(const UConverter& converter);
+
 /// A converter for UTF-8 for one conversion of text that is UTF-8 by its meaning: what is malformed becomes U+FFFD.
 class Utf8Clone {
  public:

@@ -114,19 +114,44 @@ CodePageReader::CodePageReader(void* converter, Text<char> text)
       fAscii(First(text, fSide.SameLength(text))),
       fText(From(text, fAscii.Length())) {}
 
-bool CodePageReader::Next(char16_t*& target, char16_t* limit) {
-  if (fText.Empty() && !fSide.HasClone()) return false;
-  UConverter* const clone = fSide.Clone();
-  if (clone == nullptr) return false;
+/// Reads the whole text, as far as there is room.
+auto CodePageReader::Read(UConverter* clone, bool flush, char16_t*& target, char16_t* limit) -> Result {
   for (;;) {
     const char* const end = fText.begin + std::min(fText.Length(), kLargestPiece);
     const bool isLast = end == fText.end;
     UErrorCode error = U_ZERO_ERROR;
-    ucnv_toUnicode(clone, &target, limit, &fText.begin, end, nullptr, isLast ? 1 : 0, &error);
-    if (error == U_BUFFER_OVERFLOW_ERROR) return true;
+    ucnv_toUnicode(clone, &target, limit, &fText.begin, end, nullptr, flush && isLast ? 1 : 0, &error);
+    if (error == U_BUFFER_OVERFLOW_ERROR) return Result::Full;
     if (U_FAILURE(error)) fSide.Fail();
-    if (U_FAILURE(error) || isLast) return false;
+    if (U_FAILURE(error)) return Result::Failed;
+    if (isLast) return Result::AtEnd;
   }
+}
+
+bool CodePageReader::Next(char16_t*& target, char16_t* limit) {
+  if (fText.Empty() && !fSide.HasClone()) return false;
+  UConverter* const clone = fSide.Clone();
+  if (clone == nullptr) return false;
+  if (fSide.Traits().ForgetsItsEnd()) return NextToldEnd(clone, target, limit);
+  return Read(clone, true, target, limit) == Result::Full;
+}
+
+/// Replaces what is begun at the end of the text where ICU would drop it.
+bool CodePageReader::NextToldEnd(UConverter* clone, char16_t*& target, char16_t* limit) {
+  if (!fOwesReplacement) {
+    const Result result = Read(clone, false, target, limit);
+    if (result != Result::AtEnd) return result == Result::Full;
+    const bool inside = IsInsideCharacter(*clone);
+    const char16_t* const before = target;
+    if (Read(clone, true, target, limit) == Result::Full) return true;
+    if (!inside || target != before) return false;
+    fSide.Fail();
+    fOwesReplacement = true;
+  }
+  if (target == limit) return true;
+  *target++ = u'?';
+  fOwesReplacement = false;
+  return false;
 }
 
 template <>
@@ -241,6 +266,11 @@ void ToCodePage<Source>::MarkCut() {
 
 template <class Source>
 bool ToCodePage<Source>::Writer::Next(UConverter* clone, char*& target, char* limit) {
+  return ucnv_getType(clone) == UCNV_HZ ? WriteHz(clone, target, limit) : Write(clone, target, limit);
+}
+
+template <class Source>
+bool ToCodePage<Source>::Writer::Write(UConverter* clone, char*& target, char* limit) {
   for (;;) {
     if (fUnits.Empty() && !fSource.AtEnd()) fUnits = fSource.Next();
     UErrorCode error = U_ZERO_ERROR;
@@ -249,6 +279,20 @@ bool ToCodePage<Source>::Writer::Next(UConverter* clone, char*& target, char* li
     if (U_FAILURE(error)) fFailed = true;
     if (U_FAILURE(error) || fSource.AtEnd()) return false;
   }
+}
+
+/// Adds what ICU leaves out at the end.
+template <class Source>
+bool ToCodePage<Source>::Writer::WriteHz(UConverter* clone, char*& target, char* limit) {
+  if (!fWritten) {
+    const char* const begin = target;
+    const bool more = Write(clone, target, limit);
+    fShift.Read({begin, static_cast<std::size_t>(target - begin)});
+    if (more) return true;
+    fWritten = true;
+    if (fShift.IsShifted()) fShiftBack = {HzShift::kBack.data(), HzShift::kBack.data() + HzShift::kBack.size()};
+  }
+  return CopyAscii(fShiftBack, target, limit);
 }
 
 /// Converts the text up to `end` from its beginning; `target` is then behind what was written.

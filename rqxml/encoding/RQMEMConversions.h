@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "rqxml/encoding/RQMEMClone.h"
+#include "rqxml/encoding/RQMEMHzShift.h"
 #include "rqxml/encoding/RQMEMSources.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
 #include "rqxml/encoding/RQMEMUtf16.h"
@@ -155,9 +156,15 @@ class CodePageReader {
   UConverter* LongUtf8(Text<char>& text);
 
  private:
+  enum class Result { Full, Failed, AtEnd };
+
+  Result Read(UConverter* clone, bool flush, char16_t*& target, char16_t* limit);
+  bool NextToldEnd(UConverter* clone, char16_t*& target, char16_t* limit);
+
   CodePageSide fSide;
   Text<char> fAscii;
   Text<char> fText;
+  bool fOwesReplacement = false;
 };
 
 /// A code page to UTF-16.
@@ -231,8 +238,14 @@ class ToCodePage {
     const Unit* Place() const { return fSource.Place(fUnits.begin); }
 
    private:
+    bool Write(UConverter* clone, char*& target, char* limit);
+    bool WriteHz(UConverter* clone, char*& target, char* limit);
+
     Source fSource;
     Text<char16_t> fUnits{nullptr, nullptr};
+    HzShift fShift;
+    Text<char> fShiftBack{nullptr, nullptr};
+    bool fWritten = false;
     bool fFailed = false;
   };
 

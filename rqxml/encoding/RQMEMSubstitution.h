@@ -23,6 +23,8 @@ struct ConverterTraits {
 
   /// True without shift states. ICU has fast ways from UTF-8 then.
   bool HasNoState() const;
+  /// True when ICU does not tell that text which it has read ends inside a character.
+  bool ForgetsItsEnd() const { return type == UCNV_HZ || type == UCNV_UTF7; }
   /// True when halves of surrogate pairs are written as if they were characters.
   bool WritesSurrogates() const;
 };
@@ -34,14 +36,14 @@ ConverterTraits TraitsOf(const UConverter& converter);
 /// substitution with one of the two statuses.
 void InstallSubstitution(UConverter& converter);
 
-// Install a callback that sets `replaced` at each substitution, since statuses get lost inside ICU, and put the
-// converter into its initial state. The flag must live as long as the converter is used.
+// Install a callback that sets `replaced` at each substitution, since statuses get lost inside ICU. The first two put
+// the converter into its initial state. The flag must live as long as the converter is used.
 
 /// For writing; the substitute is that of the converter.
 void RecordFromUnicode(UConverter& converter, bool& replaced);
 /// For reading; the substitute is "?".
 void RecordToUnicode(UConverter& converter, bool& replaced);
-/// For reading, with a converter that is in its initial state; the substitute is U+FFFD.
+/// For reading; the state stays as it is, and the substitute is U+FFFD.
 void RecordMalformed(UConverter& converter, bool& replaced);
 
 }  // namespace RQMEM_NAMESPACE

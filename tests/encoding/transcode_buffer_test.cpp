@@ -17,6 +17,7 @@
 namespace {
 
 using namespace RQMEM_NAMESPACE;
+using namespace std::string_literals;
 
 class TranscodeBuffer : public testing::Test {
  protected:
@@ -169,6 +170,66 @@ TEST_F(TranscodeBuffer, EmptyShiftedSegmentIsReportedAndLosesNothingBehindIt) {
     EXPECT_EQ(to.front(), 'A') << name;
     EXPECT_EQ(to.back(), 'B') << name;
   }
+}
+
+TEST_F(TranscodeBuffer, TextThatEndsInsideACharacterEndsWithAReplacement) {
+  const std::pair<const char*, std::string> rows[] = {{"HZ", "a~"},
+                                                      {"HZ", "a~{V"},
+                                                      {"UTF-7", "a+"},
+                                                      {"UTF-7", "a+AG"},
+                                                      {"UTF-7", "a+AGEAY"},
+                                                      {"UTF-16LE", "a\0b"s},
+                                                      {"ISO-2022-JP", "a\x1B$B0"},
+                                                      {"932", "a\x82"},
+                                                      {"UTF-8", "a\xE4\xB8"},
+                                                      {"gb18030", "a\x81\x30"}};
+  for (const auto& [name, text] : rows) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::wstring wide;
+    EXPECT_EQ(QULTMBCodePageToU16(converter.Get(), wide, text), 3) << name << ' ' << text;
+    EXPECT_EQ(wide.substr(0, 1) + wide.substr(wide.size() - 1), L"a?") << name << ' ' << text;
+    const int length = static_cast<int>(text.size());
+    const std::wstring padded = wide + L"  ";
+    for (int size = 1; size <= static_cast<int>(padded.size()); ++size) {  // the replacement may be what does not fit
+      std::wstring to(static_cast<std::size_t>(size), L'#');
+      int status = -1;
+      QULTMBCodePageto16(converter.Get(), to.data(), size, text.data(), length, &status);
+      EXPECT_EQ(to, padded.substr(0, to.size())) << name << ' ' << text;
+      EXPECT_EQ(status, 3) << name << ' ' << text << ' ' << size;
+    }
+  }
+}
+
+TEST_F(TranscodeBuffer, TextThatIsReadMayEndInAShiftedState) {
+  const std::pair<const char*, std::string> rows[] = {{"HZ", "a~{VP"},  {"HZ", "a~{"},
+                                                      {"HZ", "a~~"},    {"UTF-7", "a+Ti0"},
+                                                      {"UTF-7", "a+-"}, {"ISO-2022-JP", "a\x1B$BCf"}};
+  for (const auto& [name, text] : rows) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::wstring wide;
+    EXPECT_EQ(QULTMBCodePageToU16(converter.Get(), wide, text), 0) << name << ' ' << text;
+    EXPECT_EQ(wide.find(L'?'), wide.npos) << name << ' ' << text;
+  }
+}
+
+TEST_F(TranscodeBuffer, HzEndsInItsInitialState) {
+  const QULTMBConverterHandle hz(QULTMBConverterNew_8("HZ"));
+  const std::pair<std::wstring, std::string> rows[] = {{L"\u4e2d", "~{VP~}"},
+                                                       {L"\u4e2d\u4e2d", "~{VPVP~}"},
+                                                       {L"\u4e2da", "~{VP~}a"},
+                                                       {L"a\u4e2d", "~}a~{VP~}"},  // ICU begins ASCII like that
+                                                       {L"~", "~~"},
+                                                       {L"", ""}};
+  for (const auto& [text, expected] : rows) {
+    std::string to;
+    EXPECT_EQ(QULTMBU16ToCodePage(hz.Get(), to, text), 0) << expected;
+    EXPECT_EQ(to, expected);
+  }
+  std::string cut(8, '#');
+  int status = -1;
+  EXPECT_EQ(QULTMB16toCodePage(hz.Get(), cut.data(), 7, L"\u4e2d\u4e2d", 2, &status), 6);
+  EXPECT_EQ(cut, "~{VP~} #");
+  EXPECT_EQ(status, 1);
 }
 
 TEST_F(TranscodeBuffer, ReplacedCharacterIsReportedWhateverTheSizeAndThePlace) {

@@ -150,7 +150,19 @@ inline ReferenceConverter OpenReference(const char* name) {
   return converter;
 }
 
-/// A text of code points as ICU converts it as a whole. A converter has only one lone surrogate for all illegal ones.
+/// Adds what ICU leaves out at the end of HZ: a character behind the text shows whether the shift is open.
+inline void ShiftBack(const ReferenceConverter& page, const std::u16string& text, std::string& bytes) {
+  UErrorCode error = U_ZERO_ERROR;
+  const std::u16string longer = text + u'\u4e2d';
+  std::string written(longer.size() * 16 + 64, '\0');
+  written.resize(
+      static_cast<std::size_t>(ucnv_fromUChars(page.get(), written.data(), static_cast<std::int32_t>(written.size()),
+                                               longer.data(), static_cast<std::int32_t>(longer.size()), &error)));
+  if (written == bytes + "VP") bytes += "~}";
+}
+
+/// A text of code points as ICU converts it as a whole, in the initial state at its end. A converter has only one lone
+/// surrogate for all illegal ones.
 inline std::string WholeInPage(const ReferenceConverter& page, const std::u16string& text) {
   if (text.empty()) return {};
   UErrorCode error = U_ZERO_ERROR;
@@ -159,6 +171,7 @@ inline std::string WholeInPage(const ReferenceConverter& page, const std::u16str
   bytes.resize(
       static_cast<std::size_t>(ucnv_fromUChars(page.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
                                                text.data(), static_cast<std::int32_t>(text.size()), &error)));
+  if (ucnv_getType(page.get()) == UCNV_HZ) ShiftBack(page, text, bytes);
   return bytes;
 }
 
@@ -210,30 +223,49 @@ Converted<char> ReferenceToPage(const ReferenceConverter& page, const std::basic
 inline void QuestionMark(const void* context, UConverterToUnicodeArgs* args, const char*, std::int32_t,
                          UConverterCallbackReason reason, UErrorCode* error) {
   if (reason > UCNV_IRREGULAR) return;
-  *const_cast<bool*>(static_cast<const bool*>(context)) = true;
+  ++*const_cast<int*>(static_cast<const int*>(context));
   *error = U_ZERO_ERROR;
   ucnv_cbToUWriteUChars(args, u"?", 1, 0, error);
 }
 
-/// From a code page, whole.
-inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::string& source, bool& replaced) {
+/// From a code page as ICU converts it as a whole. Without `flush` the end of the text is not yet the end.
+inline std::u16string IcuFromPage(const ReferenceConverter& page, const std::string& source, bool flush,
+                                  int& replaced) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(page.get(), QuestionMark, &replaced, nullptr, nullptr, &error);
+  ucnv_resetToUnicode(page.get());
   std::u16string units(source.size() * 4 + 64, u'\0');
-  units.resize(
-      static_cast<std::size_t>(ucnv_toUChars(page.get(), units.data(), static_cast<std::int32_t>(units.size()),
-                                             source.data(), static_cast<std::int32_t>(source.size()), &error)));
+  UChar* target = units.data();
+  const char* from = source.data();
+  ucnv_toUnicode(page.get(), &target, target + units.size(), &from, from + source.size(), nullptr, flush ? 1 : 0,
+                 &error);
+  units.resize(static_cast<std::size_t>(target - units.data()));
   ucnv_setToUCallBack(page.get(), UCNV_TO_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr, &error);
   return units;
+}
+
+/// From a code page, whole. Of HZ and UTF-7 ICU drops what is begun at the end: a sign behind the text shows it.
+inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::string& source, int& replaced) {
+  std::u16string units = IcuFromPage(page, source, true, replaced);
+  const UConverterType type = ucnv_getType(page.get());
+  if (type != UCNV_HZ && type != UCNV_UTF7) return units;
+  int replacedBefore = 0;
+  int replacedBehind = 0;
+  const std::u16string before = IcuFromPage(page, source, false, replacedBefore);
+  const std::u16string behind = IcuFromPage(page, source + '!', false, replacedBehind);
+  const bool whole = replacedBehind == replacedBefore && (behind == before || behind == before + u'!');
+  if (whole || units != before) return units;
+  ++replaced;
+  return units + u'?';
 }
 
 /// From a code page to UTF-8 or UTF-16.
 template <class To>
 Converted<To> ReferenceFromPage(const ReferenceConverter& page, const std::string& source, std::size_t capacity) {
-  bool replaced = false;
+  int replaced = 0;
   const std::u16string units = WholeFromPage(page, source, replaced);
   Converted<To> result = ReferenceUnicode<To>(units, capacity);
-  result.problem = result.problem || replaced;
+  result.problem = result.problem || replaced > 0;
   return result;
 }
 

@@ -14,6 +14,7 @@
 #include "tests/tool/run_tool.h"
 
 using nlohmann::json;
+using rqtest::HasTerminals;
 using rqtest::ReadFile;
 using rqtest::RunTool;
 using rqtest::SourceFile;
@@ -354,6 +355,7 @@ TEST_F(Combine, PrintsTheSumsAsJson) {
 }
 
 TEST_F(Combine, ShowsProgressOnATerminalOnlyAndWipesIt) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const Arguments arguments{"combine", "-o", Out(), "--by", "s", File("a.pmml") + "=1", File("b.pmml") + "=2"};
   const ToolResult shown = RunTool(ToolCall{.arguments = arguments, .errorColumns = 80});
   EXPECT_EQ(shown.exitCode, 0) << shown;

@@ -10,6 +10,7 @@
 #include "tests/tool/run_tool.h"
 
 using nlohmann::json;
+using rqtest::HasTerminals;
 using rqtest::RunTool;
 using rqtest::ToolCall;
 using rqtest::ToolResult;
@@ -125,6 +126,7 @@ TEST(Encodings, AllOfThemCanBeOpenedByTheirNames) {
 }
 
 TEST(Encodings, FitsTheTerminalUnlessToldOtherwise) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const auto widest = [](const std::string& text) {
     std::size_t width = 0;
     std::istringstream lines(text);

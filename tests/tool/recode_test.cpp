@@ -15,6 +15,7 @@
 #include "tests/tool/run_tool.h"
 
 using nlohmann::json;
+using rqtest::HasTerminals;
 using rqtest::ReadFile;
 using rqtest::RunTool;
 using rqtest::TempFolder;
@@ -334,6 +335,7 @@ TEST_F(Recode, ALongTextNeedsNoMoreMemoryThanAShortOne) {
 }
 
 TEST_F(Recode, ProgressStandsOnATerminalOnlyAndIsWiped) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const std::string in = WriteFile(folder_.File("in"), std::string(40 * kBlock, 'x'));
   const std::vector<std::string> arguments = Arguments("UTF-8", "UTF-16", {in, Out()});
   const std::string shown = RunTool(ToolCall{.arguments = arguments, .errorColumns = 80}).err;

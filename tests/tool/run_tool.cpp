@@ -185,6 +185,11 @@ ToolResult RunTool(const ToolCall& call) {
 
 ToolResult RunTool(const std::vector<std::string>& arguments) { return RunTool(ToolCall{.arguments = arguments}); }
 
+bool HasTerminals() {
+  const Descriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+  return terminal.Get() >= 0;
+}
+
 std::ostream& operator<<(std::ostream& out, const ToolResult& result) {
   return out << "exit code " << result.exitCode << "\n--- standard output\n"
              << result.out << "\n--- standard error\n"

@@ -39,6 +39,9 @@ ToolResult RunTool(const ToolCall& call);
 /// Runs the command with these arguments.
 ToolResult RunTool(const std::vector<std::string>& arguments);
 
+/// False where the machine has no pseudo-terminals, so that the calls with a terminal fail.
+bool HasTerminals();
+
 /// Shows all of a result in a failed test.
 std::ostream& operator<<(std::ostream& out, const ToolResult& result);
 

@@ -11,6 +11,7 @@
 
 // The order of the members is part of what is tested.
 using json = nlohmann::ordered_json;
+using rqtest::HasTerminals;
 using rqtest::RunTool;
 using rqtest::SourceFile;
 using rqtest::TempFolder;
@@ -146,6 +147,7 @@ TEST(Settings, TextsOfTheDocumentCannotSteerTheTerminal) {
 }
 
 TEST(Settings, TableIsFittedToTheTerminalUnlessItShallBeWide) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const auto widest = [](const std::vector<std::string>& arguments) {
     const ToolResult result = RunTool(ToolCall{.arguments = arguments, .terminalColumns = 40});
     EXPECT_EQ(result.exitCode, 0) << result;

@@ -9,6 +9,7 @@
 
 #include "tests/tool/stats_support.h"
 
+using rqtest::HasTerminals;
 using rqtest::RunTool;
 using rqtest::SourceFile;
 using rqtest::Statistics;
@@ -165,6 +166,7 @@ std::size_t Columns(const std::string& line) {
 }
 
 TEST(StatsOnATerminal, IsAsWideAsTheTerminal) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const std::string longText(200, 'x');
   const std::string document =
       WithStatistics(kHistogram + Statistics(longText, "<DiscrStats><Array type='string'>" + longText +
@@ -186,6 +188,7 @@ TEST(StatsOnATerminal, IsAsWideAsTheTerminal) {
 }
 
 TEST(StatsOnATerminal, ManyCategoriesAreCountedAndWideShowsAll) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   std::string counts;
   for (int i = 0; i < 1000; ++i) counts += " 1";
   ToolCall call{

@@ -10,6 +10,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/tool/run_tool.h"
 
+using rqtest::HasTerminals;
 using rqtest::RunTool;
 using rqtest::SourceFile;
 using rqtest::TempFolder;
@@ -125,6 +126,7 @@ TEST(VarsText, AHugeNameDoesNotPushTheOtherRowsAside) {
 }
 
 TEST(OnATerminal, LinesFitItsWidth) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   for (const char* document : {"customers.pmml", "survey.pmml", "travellers.pmml"}) {
     for (const unsigned short columns : std::vector<unsigned short>{60, 80, 100, 132}) {
       const std::vector<std::string> lines = Lines(OnTerminal(columns, {Example(document)}));
@@ -138,16 +140,19 @@ TEST(OnATerminal, LinesFitItsWidth) {
 }
 
 TEST(OnATerminal, ThatIsWideEnoughTheTableIsThatOfAFile) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   EXPECT_EQ(OnTerminal(500, {Example("survey.pmml")}), Text({Example("survey.pmml")}));
 }
 
 TEST(OnATerminal, LongListsEndWithTheNumberOfTheirItems) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   const std::string text = OnTerminal(100, {Example("survey.pmml"), "--fields", "state"});
   EXPECT_THAT(text,
               AllOf(HasSubstr("1 = Schleswig-Holstein, "), HasSubstr(", … (16 in all)"), Not(HasSubstr("Thüringen"))));
 }
 
 TEST(OnATerminal, ThatIsTooNarrowForTheTableListsStandBeneathTheirVariable) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   EXPECT_THAT(OnTerminal(80, {Example("customers.pmml"), "--bins"}), HasSubstr(R"(
 0  age           Age in years                        continuous   numeric
    missing: -1 = not asked
@@ -159,6 +164,7 @@ TEST(OnATerminal, ThatIsTooNarrowForTheTableListsStandBeneathTheirVariable) {
 }
 
 TEST(OnATerminal, WideShowsAll) {
+  if (!HasTerminals()) GTEST_SKIP() << "no pseudo-terminals here";
   EXPECT_EQ(OnTerminal(60, {Example("survey.pmml"), "--wide"}), Text({Example("survey.pmml")}));
 }
 

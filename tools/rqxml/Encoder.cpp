@@ -1,5 +1,6 @@
 #include "Encoder.h"
 
+#include <string>
 #include <utility>
 
 #include "Encoding.h"
@@ -44,6 +45,21 @@ void Encoder::Note(const void* context, UConverterFromUnicodeArgs* args, const U
 }
 
 void Encoder::Write(std::u16string_view units, bool last, const ByteSink& sink) {
+  if (!last || ucnv_getType(&ConverterOf(fConverter)) != UCNV_HZ) return Convert(units, last, sink);
+  Convert(units, false, sink);
+  const bool shifted = IsShifted();
+  Convert({}, true, sink);
+  if (shifted) sink("~}");
+}
+
+// Of HZ, which ICU leaves shifted at the end: behind shifted text this character needs no shift.
+bool Encoder::IsShifted() const {
+  std::string bytes;
+  Clone().Convert(u"\u4e2d", false, [&](std::string_view piece) { bytes += piece; });
+  return bytes == "VP";
+}
+
+void Encoder::Convert(std::u16string_view units, bool last, const ByteSink& sink) {
   fBytes.resize(kBytes);
   const char16_t* source = units.data() == nullptr ? u"" : units.data();
   const char16_t* const end = source + units.size();

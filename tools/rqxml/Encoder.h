@@ -52,6 +52,8 @@ class Encoder {
                    UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error);
   Encoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Watch& watch);
   void Install();
+  void Convert(std::u16string_view units, bool last, const ByteSink& sink);
+  bool IsShifted() const;
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it
   RQMEM_NAMESPACE::QULTMBConverterHandle fConverter;
