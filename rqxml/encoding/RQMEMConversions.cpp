@@ -11,19 +11,21 @@ namespace {
 /// ICU refuses sources of more than about 2^31 bytes.
 constexpr std::size_t kLargestPiece = std::size_t{1} << 20;
 
+/// Copies units that have the same meaning on both sides.
+template <class In, class Out>
+Out* CopyUnits(const In* from, std::size_t count, Out* to) {
+  if constexpr (std::is_same_v<In, Out>) return std::copy_n(from, count, to);
+  for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<Out>(from[i]);
+  return to + count;
+}
+
 /// Copies ASCII as far as it fits.
 /// @return true when the output is full and some is left
 template <class In, class Out>
 bool CopyAscii(Text<In>& ascii, Out*& target, const Out* limit) {
   const std::size_t count = std::min(ascii.Length(), static_cast<std::size_t>(limit - target));
-  const In* const from = ascii.begin;  // local: what is written could otherwise change the cursors
-  Out* const to = target;
-  if constexpr (std::is_same_v<In, Out>)
-    std::copy_n(from, count, to);
-  else
-    for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<Out>(from[i]);
+  target = CopyUnits(ascii.begin, count, target);
   ascii.begin += count;
-  target += count;
   return !ascii.Empty();
 }
 
@@ -168,7 +170,7 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
     const std::size_t room = std::min(pivot.size(), static_cast<std::size_t>(limit - target));
     char16_t* end = pivot.data();
     const bool more = fReader.Next(end, end + room);
-    target = std::copy(pivot.data(), end, target);
+    target = CopyUnits(pivot.data(), static_cast<std::size_t>(end - pivot.data()), target);
     if (!more || target == limit) return more;
   }
 }
@@ -226,7 +228,7 @@ ToCodePage<Source>::ToCodePage(void* converter, Text<Unit> text)
       fAsciiLength(fSide.SameLength(text)),
       fAscii(First(text, fAsciiLength)),
       fText(From(text, fAsciiLength)),
-      fWriter(fText) {
+      fWriter(fText, fSide.Traits()) {
   if constexpr (!std::is_same_v<Unit, char>)
     if (fSide.Traits().WritesSurrogates() && HasLoneSurrogate(fText)) fSide.Fail();
 }
@@ -266,7 +268,7 @@ void ToCodePage<Source>::MarkCut() {
 
 template <class Source>
 bool ToCodePage<Source>::Writer::Next(UConverter* clone, char*& target, char* limit) {
-  return ucnv_getType(clone) == UCNV_HZ ? WriteHz(clone, target, limit) : Write(clone, target, limit);
+  return fIsHz ? WriteHz(clone, target, limit) : Write(clone, target, limit);
 }
 
 template <class Source>
@@ -301,7 +303,7 @@ bool ToCodePage<Source>::Fits(const Unit* end, char*& target, char* limit) {
   if (end == fText.begin) return true;
   UConverter* const clone = fSide.RestartedClone();
   if (clone == nullptr) return false;
-  Writer writer({fText.begin, end});
+  Writer writer({fText.begin, end}, fSide.Traits());
   bool more = writer.Next(clone, target, limit);
   while (more) {
     std::array<char, 64> behind;

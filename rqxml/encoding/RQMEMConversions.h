@@ -232,7 +232,7 @@ class ToCodePage {
   /// Writes a text through a clone.
   class Writer {
    public:
-    explicit Writer(Text<Unit> text) : fSource(text) {}
+    Writer(Text<Unit> text, const ConverterTraits& traits) : fSource(text), fIsHz(traits.type == UCNV_HZ) {}
     bool Next(UConverter* clone, char*& target, char* limit);
     bool Problem() const { return fFailed || fSource.Malformed(); }
     const Unit* Place() const { return fSource.Place(fUnits.begin); }
@@ -242,6 +242,7 @@ class ToCodePage {
     bool WriteHz(UConverter* clone, char*& target, char* limit);
 
     Source fSource;
+    const bool fIsHz;
     Text<char16_t> fUnits{nullptr, nullptr};
     HzShift fShift;
     Text<char> fShiftBack{nullptr, nullptr};

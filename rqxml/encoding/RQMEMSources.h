@@ -17,7 +17,7 @@ struct Text {
 };
 
 /// How much text goes through a converter at a time.
-constexpr std::size_t kPivotSize = 1024;
+constexpr std::size_t kPivotSize = 4096;
 
 // What a code page is written from: UTF-16 in pieces, and the way back from a place in a piece to one in the source.
 
