@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets the machine up, builds everything and runs every test twice: optimised, then with the address,
-# undefined-behaviour and leak sanitizers. Fails at the first thing that fails.
+# undefined-behaviour and leak sanitizers; last the tests of threads with the thread sanitizer. Fails at the first thing
+# that fails.
 #
 # usage: scripts/test.sh
 set -euo pipefail
@@ -25,3 +26,4 @@ run_preset() {
 scripts/format.sh --check
 run_preset release
 run_preset asan
+run_preset tsan

@@ -120,7 +120,8 @@ bool DecodeWord(const char*& source, Unit*& target) {
 /// that one margin serves both sides.
 template <class Unit>
 void DecodeBulk(const char*& source, const char* end, Unit*& target, const Unit* limit) {
-  constexpr std::ptrdiff_t kMargin = kWord;
+  constexpr std::ptrdiff_t kLongest = 4;
+  constexpr std::ptrdiff_t kMargin = kWord + kLongest;  // a character may follow part of a word
   for (;;) {
     const std::ptrdiff_t room = std::min<std::ptrdiff_t>(end - source, limit - target);
     if (room < kMargin) return;

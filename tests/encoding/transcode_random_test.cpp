@@ -26,7 +26,7 @@ void CheckAllSizes(const std::basic_string<From>& source, Convert convert, Refer
     if (terminated && source.find(From{0}) != source.npos) continue;
     for (std::size_t size = 1; size <= whole + 3; ++size) {
       const Converted<To> expected = reference(source, size - (terminated ? 1 : 0));
-      std::basic_string<To> buffer(size, To{'#'});
+      std::basic_string<To> buffer(size + 8, To{'#'});
       int status = -1;
       const int length = terminated ? -1 : static_cast<int>(source.size());
       const int count = convert(buffer.data(), static_cast<int>(size), source.c_str(), length, &status);
@@ -37,6 +37,7 @@ void CheckAllSizes(const std::basic_string<From>& source, Convert convert, Refer
       const auto wanted = rqtest::ReferenceBuffer(expected, terminated, size);
       ASSERT_TRUE(std::equal(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(kept), wanted.begin()))
           << "size " << size << (terminated ? " terminated" : "");
+      ASSERT_TRUE(buffer.substr(size) == std::basic_string<To>(8, To{'#'})) << "behind size " << size;
     }
   }
 }
@@ -117,6 +118,23 @@ void CheckUtf16(unsigned seed) {
 TEST(Transcode, BetweenUtf8AndWideTextsIsAsTheReferenceSays) { CheckUtf16<wchar_t>(1); }
 
 TEST(Transcode, BetweenUtf8AndChar16TextsIsAsTheReferenceSays) { CheckUtf16<char16_t>(2); }
+
+// Inner loops go by words and blocks: a character stands at each place of them, near the end of source and target.
+TEST(Transcode, CharactersAtEveryPlaceBehindAsciiAreAsTheReferenceSays) {
+  for (std::size_t before = 0; before <= 36; ++before)
+    for (std::size_t behind = 0; behind <= 20; ++behind)
+      for (const char* character : {"\u00e9", "\u3042", "\U0001F600", "\xF0\x9F\x98"}) {
+        SCOPED_TRACE(std::to_string(before) + " before " + std::to_string(behind));
+        const std::string utf8 = std::string(before, 'a') + character + std::string(behind, 'z');
+        CheckAllSizes<wchar_t>(
+            utf8, [](auto... arguments) { return QULTMB8to16(arguments...); }, rqtest::ReferenceUnicode<wchar_t, char>);
+        const std::u16string utf16 = rqtest::ReferenceUnicode<char16_t>(utf8, 1000).text;
+        CheckAllSizes<char>(
+            utf16, [](auto... arguments) { return QULTMB16to8(arguments...); },
+            rqtest::ReferenceUnicode<char, char16_t>);
+        if (HasFatalFailure()) return;
+      }
+}
 
 TEST(Transcode, Utf8OfAllPairsOfBytesIsAsTheReferenceSays) {
   for (unsigned first = 0x7F; first <= 0xFF; ++first)

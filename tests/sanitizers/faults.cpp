@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -20,6 +21,13 @@ int Overrun() {
   return numbers.data()[one];
 }
 
+void Race() {
+  const auto count = [] { one = one + 1; };
+  std::thread other(count);
+  count();
+  other.join();
+}
+
 int Overflow() { return std::numeric_limits<int>::max() + one; }
 
 }  // namespace
@@ -27,6 +35,7 @@ int Overflow() { return std::numeric_limits<int>::max() + one; }
 int main(int argc, char** argv) {
   const std::string_view fault = argc > 1 ? argv[1] : "";
   if (fault == "leak") Leak();
+  if (fault == "race") Race();
   if (fault == "overrun") return Overrun();
   if (fault == "overflow") return Overflow();
   return 0;
