@@ -344,6 +344,8 @@ void ToCodePage<Source>::CutToWhole(char* begin, char*& target, char* limit) {
     return Fits(end, target, limit);
   };
   const Unit* fitting = WholeUpTo(fReached);
+  // What stands before all text may fill the output; a first character that leaves no trace fits then, too.
+  if (fitting == fText.begin && fits(Source::After(fitting, fText.end))) return;
   const Unit* tooLong = nullptr;
   for (std::size_t step = 1; !fits(fitting); step *= 2) {
     tooLong = fitting;

@@ -212,6 +212,18 @@ TEST_F(TranscodeBuffer, TextThatIsReadMayEndInAShiftedState) {
   }
 }
 
+TEST_F(TranscodeBuffer, DesignatorBeforeACharacterThatIsLeftOutFits) {
+  const QULTMBConverterHandle korean(QULTMBConverterNew_8("ISO-2022-KR"));
+  std::string to(5, '#');
+  int status = -1;
+  EXPECT_EQ(QULTMB16toCodePage(korean.Get(), to.data(), 4, L"\xFFF6z", 2, &status), 4);
+  EXPECT_EQ(to, "\x1B$)C#");
+  EXPECT_EQ(status, 3);
+  EXPECT_EQ(QULTMB16toCodePage(korean.Get(), to.data(), 4, L"z", 1, &status), 0);
+  EXPECT_EQ(to, "    #");
+  EXPECT_EQ(status, 1);
+}
+
 TEST_F(TranscodeBuffer, HzEndsInItsInitialState) {
   const QULTMBConverterHandle hz(QULTMBConverterNew_8("HZ"));
   const std::pair<std::wstring, std::string> rows[] = {{L"\u4e2d", "~{VP~}"},
