@@ -23,8 +23,5 @@ function(rqxml_configure target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   target_compile_options(${target} PRIVATE ${RQXML_SANITIZE_FLAGS})
-  if(RQXML_SANITIZE_FLAGS)  # tests take half the time then
-    target_compile_options(${target} PRIVATE "$<$<CONFIG:Debug>:-O1;-gline-tables-only>")
-  endif()
   target_link_options(${target} PRIVATE ${RQXML_SANITIZE_FLAGS})
 endfunction()

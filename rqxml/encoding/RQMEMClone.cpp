@@ -1,6 +1,7 @@
 #include "rqxml/encoding/RQMEMClone.h"
 
 #include <array>
+#include <string_view>
 
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
@@ -21,6 +22,28 @@ UConverter* Clone(const UConverter& converter, UConverterType type) {
 #else
   return ucnv_safeClone(&converter, nullptr, nullptr, &error);
 #endif
+}
+
+/// What a converter makes of bytes behind those that it has read.
+struct Behind {
+  bool replaced = false;
+  bool any = false;
+  UChar first = 0;
+};
+
+Behind ReadBehind(const UConverter& converter, std::string_view bytes) {
+  Behind behind;
+  const OwnedConverter probe(Clone(converter, UCNV_UNSUPPORTED_CONVERTER));
+  if (!probe) return behind;
+  RecordMalformed(*probe, behind.replaced);
+  const char* source = bytes.data();
+  std::array<UChar, 8> units{};
+  UChar* end = units.data();
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_toUnicode(probe.get(), &end, end + units.size(), &source, source + bytes.size(), nullptr, 0, &error);
+  behind.any = end != units.data();
+  behind.first = units.front();
+  return behind;
 }
 
 }  // namespace
@@ -46,17 +69,12 @@ void ConverterClone::Set(const UConverter& converter, const ConverterTraits& tra
 }
 
 bool IsInsideCharacter(const UConverter& converter) {
-  const OwnedConverter probe(Clone(converter, UCNV_UNSUPPORTED_CONVERTER));
-  if (!probe) return false;
-  bool replaced = false;
-  RecordMalformed(*probe, replaced);
-  const char sign = '!';  // behind whole characters it stands for itself, or begins a character of HZ
-  const char* source = &sign;
-  std::array<UChar, 8> units;
-  UChar* end = units.data();
-  UErrorCode error = U_ZERO_ERROR;
-  ucnv_toUnicode(probe.get(), &end, end + units.size(), &source, source + 1, nullptr, 0, &error);
-  return replaced || (end != units.data() && units.front() != u'!');
+  const Behind sign = ReadBehind(converter, "!");  // stands for itself, or begins a character of HZ
+  if (sign.replaced || (sign.any && sign.first != u'!')) return true;
+  if (ucnv_getType(&converter) != UCNV_UTF7) return false;
+  // Bits that wait for the rest of a unit, all zero, are followed by set ones here. Four at most are padding.
+  const Behind bits = ReadBehind(converter, "///");
+  return bits.any && bits.first != u'/' && bits.first < 0x0FFF;
 }
 
 Utf8Clone::Utf8Clone(Direction direction) {

@@ -177,6 +177,10 @@ TEST_F(TranscodeBuffer, TextThatEndsInsideACharacterEndsWithAReplacement) {
                                                       {"HZ", "a~{V"},
                                                       {"UTF-7", "a+"},
                                                       {"UTF-7", "a+AG"},
+                                                      {"UTF-7", "a+A"},
+                                                      {"UTF-7", "a+AA"},
+                                                      {"UTF-7", "a+AGEA"},
+                                                      {"UTF-7", "a+AMQA1"},
                                                       {"UTF-7", "a+AGEAY"},
                                                       {"UTF-16LE", "a\0b"s},
                                                       {"ISO-2022-JP", "a\x1B$B0"},
@@ -201,9 +205,9 @@ TEST_F(TranscodeBuffer, TextThatEndsInsideACharacterEndsWithAReplacement) {
 }
 
 TEST_F(TranscodeBuffer, TextThatIsReadMayEndInAShiftedState) {
-  const std::pair<const char*, std::string> rows[] = {{"HZ", "a~{VP"},  {"HZ", "a~{"},
-                                                      {"HZ", "a~~"},    {"UTF-7", "a+Ti0"},
-                                                      {"UTF-7", "a+-"}, {"ISO-2022-JP", "a\x1B$BCf"}};
+  const std::pair<const char*, std::string> rows[] = {
+      {"HZ", "a~{VP"},    {"HZ", "a~{"},         {"HZ", "a~~"},           {"UTF-7", "a+Ti0"},          {"UTF-7", "a+-"},
+      {"UTF-7", "a+AGE"}, {"UTF-7", "a+AGEAYg"}, {"UTF-7", "a+AGEAYgBj"}, {"ISO-2022-JP", "a\x1B$BCf"}};
   for (const auto& [name, text] : rows) {
     const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
     std::wstring wide;

@@ -9,6 +9,7 @@
 #include <unicode/ucnv_err.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -244,6 +245,14 @@ inline std::u16string IcuFromPage(const ReferenceConverter& page, const std::str
   return units;
 }
 
+/// How many bits of UTF-7 wait at the end of a text for the rest of a unit; they are all zero.
+inline int WaitingBits(const ReferenceConverter& page, const std::string& source) {
+  int replaced = 0;
+  const std::size_t before = IcuFromPage(page, source, false, replaced).size();
+  const std::uint16_t unit = IcuFromPage(page, source + "///", false, replaced)[before];  // each sign has six set bits
+  return unit == u'/' ? 0 : std::countl_zero(unit);
+}
+
 /// From a code page, whole. Of HZ and UTF-7 ICU drops what is begun at the end: a sign behind the text shows it.
 inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::string& source, int& replaced) {
   std::u16string units = IcuFromPage(page, source, true, replaced);
@@ -253,7 +262,8 @@ inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::s
   int replacedBehind = 0;
   const std::u16string before = IcuFromPage(page, source, false, replacedBefore);
   const std::u16string behind = IcuFromPage(page, source + '!', false, replacedBehind);
-  const bool whole = replacedBehind == replacedBefore && (behind == before || behind == before + u'!');
+  const bool whole = replacedBehind == replacedBefore && (behind == before || behind == before + u'!') &&
+                     (type != UCNV_UTF7 || WaitingBits(page, source) <= 4);
   if (whole || units != before) return units;
   ++replaced;
   return units + u'?';

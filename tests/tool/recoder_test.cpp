@@ -226,6 +226,9 @@ TEST(Recoder, TellsHowManyCharactersWereReplacedAndWhereTheFirstBegins) {
       {"UTF-7", "UTF-8", "a+!", "a?!", 1, 1},
       {"UTF-7", "UTF-8", "a+AGE", "aa", 0, 0},
       {"UTF-7", "UTF-8", "a+AGEAY", "aa?", 1, 4},
+      {"UTF-7", "UTF-8", "a+A", "a?", 1, 2},
+      {"UTF-7", "UTF-8", "a+AGEA", "aa?", 1, 4},
+      {"UTF-7", "UTF-8", "a+AGEAYgBj", "aabc", 0, 0},
       {"IMAP-mailbox-name", "UTF-8", "a&", "a?", 1, 1},
       {"IMAP-mailbox-name", "UTF-8", "a&&", "a?", 1, 1},
       // EBCDIC: the substitute is one byte, whatever it means there.

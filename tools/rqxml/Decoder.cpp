@@ -68,12 +68,18 @@ Decoder::Piece Decoder::TakeForgottenEnd() {
   return {std::u16string_view(fUnits.data(), 1), false};
 }
 
-// Behind whole characters "!" stands for itself, or begins a character of HZ.
+// Behind whole characters "!" stands for itself, or begins a character of HZ. In UTF-7 bits may wait for the rest of a
+// unit, all zero; they are followed by set ones in the second probe. Four at most are padding.
 bool Decoder::IsInsideCharacter() const {
   Decoder probe = Clone();
   std::string_view sign = "!";
   const Piece piece = probe.Convert(sign, false);
-  return probe.GetReplaced() > 0 || !(piece.units.empty() || piece.units == u"!");
+  if (probe.GetReplaced() > 0 || !(piece.units.empty() || piece.units == u"!")) return true;
+  if (ucnv_getType(&GetConverter()) != UCNV_UTF7) return false;
+  Decoder bitProbe = Clone();
+  std::string_view bits = "///";
+  const Piece behind = bitProbe.Convert(bits, false);
+  return !behind.units.empty() && behind.units.front() != u'/' && behind.units.front() < 0x0FFF;
 }
 
 Decoder::Piece Decoder::Convert(std::string_view& bytes, bool last) {
