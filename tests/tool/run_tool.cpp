@@ -186,8 +186,12 @@ ToolResult RunTool(const ToolCall& call) {
 ToolResult RunTool(const std::vector<std::string>& arguments) { return RunTool(ToolCall{.arguments = arguments}); }
 
 bool HasTerminals() {
-  const Descriptor terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-  return terminal.Get() >= 0;
+  try {
+    MakeTerminal(80);
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 std::ostream& operator<<(std::ostream& out, const ToolResult& result) {
