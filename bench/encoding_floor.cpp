@@ -1,5 +1,6 @@
 #include "encoding_floor.h"
 
+#include <unicode/ucnv_err.h>
 #include <unicode/ustring.h>
 
 #include <algorithm>
@@ -21,6 +22,42 @@ char16_t* Grown(Pivot& pivot, int length) {
   if (pivot.size() < static_cast<std::size_t>(length)) pivot.resize(static_cast<std::size_t>(length));
   return pivot.data();
 }
+
+bool IsReplacement(UConverterCallbackReason reason) { return reason <= UCNV_IRREGULAR; }
+
+void NoteToUnicode(const void* context, UConverterToUnicodeArgs* args, const char* bytes, std::int32_t length,
+                   UConverterCallbackReason reason, UErrorCode* error) {
+  if (!IsReplacement(reason)) return;
+  *const_cast<bool*>(static_cast<const bool*>(context)) = true;
+  UCNV_TO_U_CALLBACK_SUBSTITUTE(nullptr, args, bytes, length, reason, error);
+}
+
+void NoteFromUnicode(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
+                     UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error) {
+  if (!IsReplacement(reason)) return;
+  *const_cast<bool*>(static_cast<const bool*>(context)) = true;
+  UCNV_FROM_U_CALLBACK_SUBSTITUTE(nullptr, args, units, length, codePoint, reason, error);
+}
+
+// Clones that note whether something was replaced. They stay where they are: ICU points at them.
+
+struct Reader {
+  explicit Reader(const IcuConverter& converter) : clone(CloneIcu(converter)) {
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_setToUCallBack(clone.get(), NoteToUnicode, &replaced, nullptr, nullptr, &error);
+  }
+  bool replaced = false;
+  IcuConverter clone;
+};
+
+struct Writer {
+  explicit Writer(const IcuConverter& converter) : clone(CloneIcu(converter)) {
+    UErrorCode error = U_ZERO_ERROR;
+    ucnv_setFromUCallBack(clone.get(), NoteFromUnicode, &replaced, nullptr, nullptr, &error);
+  }
+  bool replaced = false;
+  IcuConverter clone;
+};
 
 }  // namespace
 
@@ -65,15 +102,15 @@ int IcuTo8(Pivot& pivot, char* target, int room, const wchar_t* source, int leng
 }
 
 int IcuFromPage(const IcuConverter& page, char16_t* target, int room, const char* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Reader reader(page);
   UErrorCode error = U_ZERO_ERROR;
   char16_t* end = target;
-  ucnv_toUnicode(clone.get(), &end, target + room, &source, source + length, nullptr, 1, &error);
+  ucnv_toUnicode(reader.clone.get(), &end, target + room, &source, source + length, nullptr, 1, &error);
   return static_cast<int>(end - target);
 }
 
 int IcuFromPage(const IcuConverter& page, wchar_t* target, int, const char* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Reader reader(page);
   std::array<char16_t, kPiece> units;
   const char* const sourceEnd = source + length;
   wchar_t* to = target;
@@ -81,7 +118,7 @@ int IcuFromPage(const IcuConverter& page, wchar_t* target, int, const char* sour
   while (error == U_BUFFER_OVERFLOW_ERROR) {
     error = U_ZERO_ERROR;
     char16_t* end = units.data();
-    ucnv_toUnicode(clone.get(), &end, units.data() + units.size(), &source, sourceEnd, nullptr, 1, &error);
+    ucnv_toUnicode(reader.clone.get(), &end, units.data() + units.size(), &source, sourceEnd, nullptr, 1, &error);
     const int count = static_cast<int>(end - units.data());
     CopyUnits(units.data(), count, to);
     to += count;
@@ -90,15 +127,15 @@ int IcuFromPage(const IcuConverter& page, wchar_t* target, int, const char* sour
 }
 
 int IcuToPage(const IcuConverter& page, char* target, int room, const char16_t* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Writer writer(page);
   UErrorCode error = U_ZERO_ERROR;
   char* end = target;
-  ucnv_fromUnicode(clone.get(), &end, target + room, &source, source + length, nullptr, 1, &error);
+  ucnv_fromUnicode(writer.clone.get(), &end, target + room, &source, source + length, nullptr, 1, &error);
   return static_cast<int>(end - target);
 }
 
 int IcuToPage(const IcuConverter& page, char* target, int room, const wchar_t* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Writer writer(page);
   std::array<char16_t, kPiece> units;
   char* end = target;
   UErrorCode error = U_ZERO_ERROR;
@@ -108,21 +145,22 @@ int IcuToPage(const IcuConverter& page, char* target, int room, const wchar_t* s
     source += count;
     length -= count;
     const char16_t* from = units.data();
-    ucnv_fromUnicode(clone.get(), &end, target + room, &from, from + count, nullptr, length == 0 ? 1 : 0, &error);
+    ucnv_fromUnicode(writer.clone.get(), &end, target + room, &from, from + count, nullptr, length == 0 ? 1 : 0,
+                     &error);
   }
   return static_cast<int>(end - target);
 }
 
 int IcuFromPageTo8(const IcuConverter& page, char* target, int room, const char* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Reader reader(page);
   UErrorCode error = U_ZERO_ERROR;
-  return ucnv_toAlgorithmic(UCNV_UTF8, clone.get(), target, room, source, length, &error);
+  return ucnv_toAlgorithmic(UCNV_UTF8, reader.clone.get(), target, room, source, length, &error);
 }
 
 int IcuFrom8ToPage(const IcuConverter& page, char* target, int room, const char* source, int length) {
-  const IcuConverter clone = CloneIcu(page);
+  const Writer writer(page);
   UErrorCode error = U_ZERO_ERROR;
-  return ucnv_fromAlgorithmic(clone.get(), UCNV_UTF8, target, room, source, length, &error);
+  return ucnv_fromAlgorithmic(writer.clone.get(), UCNV_UTF8, target, room, source, length, &error);
 }
 
 bool Iconv::Convert(const void* source, std::size_t bytes, void* target, std::size_t room) const {

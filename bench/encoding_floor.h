@@ -38,16 +38,17 @@ int IcuFrom8(Pivot& pivot, wchar_t* target, int room, const char* source, int le
 int IcuTo8(char* target, int room, const char16_t* source, int length);
 int IcuTo8(Pivot& pivot, char* target, int room, const wchar_t* source, int length);
 
-// Code pages and UTF-16: a clone, one call for the whole text, close. For wchar_t in pieces that stay in the cache,
-// which is faster than one large piece.
+// Code pages and UTF-16: a clone, a callback that notes whether something is replaced, as the library's status tells
+// it, one call for the whole text, close. For wchar_t in pieces that stay in the cache, which is faster than one large
+// piece.
 
 int IcuFromPage(const IcuConverter& page, char16_t* target, int room, const char* source, int length);
 int IcuFromPage(const IcuConverter& page, wchar_t* target, int room, const char* source, int length);
 int IcuToPage(const IcuConverter& page, char* target, int room, const char16_t* source, int length);
 int IcuToPage(const IcuConverter& page, char* target, int room, const wchar_t* source, int length);
 
-// Code pages and UTF-8: a clone, the algorithmic UTF-8 functions, which take ICU's direct ways where there are some and
-// need no second converter, close.
+// Code pages and UTF-8: a clone and its callback, the algorithmic UTF-8 functions, which take ICU's direct ways where
+// there are some and need no second converter, close.
 
 int IcuFromPageTo8(const IcuConverter& page, char* target, int room, const char* source, int length);
 int IcuFrom8ToPage(const IcuConverter& page, char* target, int room, const char* source, int length);
