@@ -381,6 +381,58 @@ void PrintTable(const std::vector<Row>& rows) {
   }
 }
 
+constexpr std::array<const char*, 5> kFamilies = {"UTF-8 and wchar_t", "UTF-8 and char16_t", "Unicode to code page",
+                                                  "code page to Unicode", "copy of UTF-8 as generic text"};
+
+/// The index of a conversion's family.
+std::size_t FamilyOf(const std::string& conversion) {
+  if (conversion == "UTF-8 to generic (UTF-8)") return 4;
+  for (const char* page : {"1252", "932", "936"}) {
+    const std::size_t place = conversion.find(page);
+    if (place != std::string::npos) return place > conversion.find(" to ") ? 2 : 3;
+  }
+  return conversion.find("char16_t") != std::string::npos ? 1 : 0;
+}
+
+/// One ratio of a family.
+struct Member {
+  Ratio ratio;
+  std::string name;
+};
+
+std::vector<Member> Members(const std::vector<Row>& rows, std::size_t family, std::size_t bytes, Shape shape) {
+  std::vector<Member> members;
+  for (const Row& row : rows)
+    for (std::size_t i = 0; i < kScripts.size(); ++i)
+      if (FamilyOf(row.conversion) == family && row.bytes == bytes && !std::isnan(row.ratios[shape][i].median))
+        members.push_back({row.ratios[shape][i], row.conversion + ", " + kScripts[i].name});
+  std::sort(members.begin(), members.end(),
+            [](const Member& left, const Member& right) { return left.ratio.median < right.ratio.median; });
+  return members;
+}
+
+void PrintFamily(const std::vector<Row>& rows, std::size_t family, std::size_t bytes) {
+  const std::vector<Member> filled = Members(rows, family, bytes, kFilled);
+  if (filled.empty()) return;
+  constexpr double kAim = 1.05;
+  const auto above = std::count_if(filled.begin(), filled.end(), [](const Member& m) { return m.ratio.median > kAim; });
+  const Member& worst = filled.back();
+  std::printf("| %s | %zu | %.2f | %.2f | %.3f | %.3f | %.3f | %s | %.3f | %.3f | %td of %zu |\n", kFamilies[family],
+              bytes, filled.front().ratio.median, filled[filled.size() / 2].ratio.median, worst.ratio.median,
+              worst.ratio.lower, worst.ratio.upper, worst.name.c_str(),
+              Members(rows, family, bytes, kTerminated).back().ratio.median,
+              Members(rows, family, bytes, kString).back().ratio.median, above, filled.size());
+}
+
+void PrintFamilies(const std::vector<Row>& rows) {
+  std::puts(
+      "\n| conversions | bytes | best | median | worst | lower quartile | upper quartile | the worst one | terminated, "
+      "worst | string, worst | above 1.05 |");
+  std::puts("|---|---|---|---|---|---|---|---|---|---|---|");
+  for (std::size_t family = 0; family < kFamilies.size(); ++family)
+    for (const std::size_t bytes : kSizes) PrintFamily(rows, family, bytes);
+}
+
 void PrintEach(const std::vector<Row>& rows) {
   std::puts(
       "| conversion | shape | text | bytes | ICU, ns | this library, ns | ratio | lower quartile | upper quartile |");
@@ -431,6 +483,7 @@ int main(int argc, char** argv) {
   rqxml_bench::Table table(words);
   rqxml_bench::AddAll(table);
   rqxml_bench::PrintTable(table.Rows());
+  rqxml_bench::PrintFamilies(table.Rows());
   if (each) {
     std::puts("");
     rqxml_bench::PrintEach(table.Rows());

@@ -33,7 +33,7 @@ struct Behind {
 
 Behind ReadBehind(const UConverter& converter, std::string_view bytes) {
   Behind behind;
-  const OwnedConverter probe(Clone(converter, UCNV_UNSUPPORTED_CONVERTER));
+  const OwnedConverter probe(Clone(converter, ucnv_getType(&converter)));
   if (!probe) return behind;
   RecordMalformed(*probe, behind.replaced);
   const char* source = bytes.data();

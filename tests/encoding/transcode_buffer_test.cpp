@@ -134,7 +134,6 @@ TEST_F(TranscodeBuffer, CutTextWithShiftStatesEndsInItsInitialState) {
   EXPECT_EQ(buffer.substr(0, 9), "\x1B$B$\"\x1B(B ");
 }
 
-// The pieces of an inner buffer, its edges, the exact fit and the cut must all report it.
 TEST_F(TranscodeBuffer, PairThatTheEncodingWritesInHalvesIsCutWhole) {
   const QULTMBConverterHandle cesu(QULTMBConverterNew_8("CESU-8"));
   char to[3];
@@ -248,6 +247,7 @@ TEST_F(TranscodeBuffer, HzEndsInItsInitialState) {
   EXPECT_EQ(status, 1);
 }
 
+// The pieces of an inner buffer, its edges, the exact fit and the cut must all report it.
 TEST_F(TranscodeBuffer, ReplacedCharacterIsReportedWhateverTheSizeAndThePlace) {
   for (const int length : {1, 2, 255, 256, 1023, 1024, 1025, 4095, 4096, 4097, 9000})
     for (const int place : {0, length / 2, length - 1})

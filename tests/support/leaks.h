@@ -1,15 +1,9 @@
 #ifndef TESTS_SUPPORT_LEAKS_H
 #define TESTS_SUPPORT_LEAKS_H
 
-#if defined(__SANITIZE_ADDRESS__)
-#define RQTEST_LEAK_CHECKS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define RQTEST_LEAK_CHECKS 1
-#endif
-#endif
+#include "tests/support/address_sanitizer.h"
 
-#ifdef RQTEST_LEAK_CHECKS
+#ifdef RQTEST_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -19,7 +13,7 @@ namespace rqtest {
 /// each external DTD, and some for an input whose very first read throws.
 class LeaksOfTheLibrary {
  public:
-#ifdef RQTEST_LEAK_CHECKS
+#ifdef RQTEST_ADDRESS_SANITIZER
   LeaksOfTheLibrary() { __lsan_disable(); }
   ~LeaksOfTheLibrary() { __lsan_enable(); }
 #else

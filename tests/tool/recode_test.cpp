@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/address_sanitizer.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/tool/run_tool.h"
@@ -312,13 +313,7 @@ TEST_F(Recode, ReadsANamedPipe) {
 }
 
 TEST_F(Recode, ALongTextNeedsNoMoreMemoryThanAShortOne) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizer needs more address space than that";
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-  GTEST_SKIP() << "the sanitizer needs more address space than that";
-#endif
-#endif
+  if (rqtest::kAddressSanitizer) GTEST_SKIP() << "the sanitizer needs more address space than that";
   constexpr std::size_t kLimit = 64 << 20;  // the libraries take most of it
   const std::string line = "0123456789 " + kEuro + kKanji + "\n";
   std::string text;

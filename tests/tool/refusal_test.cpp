@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bench/hostile_inputs.h"
+#include "tests/support/address_sanitizer.h"
 #include "tests/support/files.h"
 #include "tests/support/temp_folder.h"
 #include "tests/tool/run_tool.h"
@@ -223,13 +224,7 @@ TEST(HostileInput, OfAMegabyteIsReadOrRefusedInBoundedTimeMessageIncluded) {
 }
 
 TEST(Refusal, OfADocumentThatTheMemoryCannotHoldIsToldInOneLine) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizer needs more address space than that";
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-  GTEST_SKIP() << "the sanitizer needs more address space than that";
-#endif
-#endif
+  if (rqtest::kAddressSanitizer) GTEST_SKIP() << "the sanitizer needs more address space than that";
   std::string fields;
   for (int i = 0; i < 150'000; ++i) {
     fields += "<DataField name='field" + std::to_string(i) + "' optype='continuous' dataType='double'/>\n";

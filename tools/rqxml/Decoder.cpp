@@ -14,8 +14,6 @@ namespace {
 
 constexpr std::size_t kUnits = 16 * 1024;
 
-bool IsReplacement(UConverterCallbackReason reason) { return reason <= UCNV_IRREGULAR; }
-
 // Of these ICU forgets what they begin and do not end, and counts no bytes as pending.
 bool ForgetsItsEnd(UConverterType type) { return type == UCNV_HZ || type == UCNV_UTF7; }
 

@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::size_t kBytes = 64 * 1024;
 
-bool IsReplacement(UConverterCallbackReason reason) { return reason <= UCNV_IRREGULAR; }
-
 }  // namespace
 
 Encoder::Encoder(QULTMBConverterHandle converter)

@@ -21,6 +21,9 @@ UConverter& ConverterOf(const RQMEM_NAMESPACE::QULTMBConverterHandle& handle);
 /// ICU's own name of an encoding.
 std::string CanonicalName(const UConverter& converter);
 
+/// True when ICU calls a callback because of a character; else it resets, clones or closes the converter.
+inline bool IsReplacement(UConverterCallbackReason reason) { return reason <= UCNV_IRREGULAR; }
+
 /// False for a converter of which ICU cannot close a clone.
 bool IsClonable(const UConverter& converter);
 
