@@ -134,8 +134,19 @@ bool CodePageReader::Next(char16_t*& target, char16_t* limit) {
   if (fText.Empty() && !fSide.HasClone()) return false;
   UConverter* const clone = fSide.Clone();
   if (clone == nullptr) return false;
+  if (fSide.Traits().WritesSurrogates()) return NextChecked(clone, target, limit);
   if (fSide.Traits().ForgetsItsEnd()) return NextToldEnd(clone, target, limit);
   return Read(clone, true, target, limit) == Result::Full;
+}
+
+/// Reports halves of surrogate pairs, which these encodings can spell.
+bool CodePageReader::NextChecked(UConverter* clone, char16_t*& target, char16_t* limit) {
+  const char16_t* const begin = target;
+  const bool more = fSide.Traits().ForgetsItsEnd() ? NextToldEnd(clone, target, limit)
+                                                   : Read(clone, true, target, limit) == Result::Full;
+  fSurrogates.Read(begin, target);
+  if (!more && fSurrogates.HasHalf()) fSide.Fail();
+  return more;
 }
 
 /// Replaces what is begun at the end of the text where ICU would drop it.

@@ -16,31 +16,10 @@
 #include "rqxml/encoding/RQMEMHzShift.h"
 #include "rqxml/encoding/RQMEMSources.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
+#include "rqxml/encoding/RQMEMSurrogateCheck.h"
 #include "rqxml/encoding/RQMEMUtf16.h"
 
 namespace RQMEM_NAMESPACE {
-
-/// The copy of a text.
-template <class Unit>
-class PlainCopy {
- public:
-  using Out = Unit;
-  explicit PlainCopy(Text<Unit> text) : fText(text) {}
-
-  bool Next(Unit*& target, Unit* limit) {
-    const std::ptrdiff_t left = fText.end - fText.begin;
-    const std::ptrdiff_t count = left < limit - target ? left : limit - target;
-    target = std::copy_n(fText.begin, count, target);
-    fText.begin += count;
-    return !fText.Empty();
-  }
-  bool Problem() const { return false; }
-  void MarkCut() {}
-  void CutToWhole(Unit*, Unit*&, Unit*) {}
-
- private:
-  Text<Unit> fText;
-};
 
 /// UTF-8 to UTF-16; ends where the text is malformed.
 template <class Unit>
@@ -159,11 +138,13 @@ class CodePageReader {
   enum class Result { Full, Failed, AtEnd };
 
   Result Read(UConverter* clone, bool flush, char16_t*& target, char16_t* limit);
+  bool NextChecked(UConverter* clone, char16_t*& target, char16_t* limit);
   bool NextToldEnd(UConverter* clone, char16_t*& target, char16_t* limit);
 
   CodePageSide fSide;
   Text<char> fAscii;
   Text<char> fText;
+  SurrogateCheck fSurrogates;
   bool fOwesReplacement = false;
 };
 

@@ -197,6 +197,10 @@ int ConvertIntoString(std::basic_string<typename Conversion::Out>& destination, 
 
 /// The whole text, as it is.
 inline int CopyIntoString(std::string& destination, const std::string& source) {
+  if (source.size() > INT_MAX) {
+    destination.clear();
+    return kNoMemory;
+  }
   try {
     destination = source;
     return kClean;

@@ -12,6 +12,7 @@
 #include "rqxml/encoding/RQMEMClone.h"
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMString.h"
+#include "rqxml/encoding/RQMEMSubstitution.h"
 
 namespace RQMEM_NAMESPACE {
 
@@ -28,7 +29,10 @@ void StopAtBadBytes(UConverter* clone) {
 class Reader {
  public:
   Reader(const char* s, std::size_t length) : fAt(s), fLeft(length), fCanConvert(fClone) {
-    if (fCanConvert) StopAtBadBytes(fClone.Get());
+    if (!fCanConvert) return;
+    StopAtBadBytes(fClone.Get());
+    fForgetsItsEnd = TraitsOf(*fClone.Get()).ForgetsItsEnd();
+    fReadTo = fAt;
   }
 
   std::int64_t Next() {
@@ -57,8 +61,9 @@ class Reader {
   }
 
   void Fill() {
-    const std::size_t piece = strnlen(fAt, std::min(fLeft, kPiece));
-    const bool isLast = piece < kPiece;
+    const std::size_t most = fForgetsItsEnd ? 1 : kPiece;
+    const std::size_t piece = strnlen(fAt, std::min(fLeft, most));
+    const bool isLast = piece < most;
     const char* const begin = fAt;
     if (fCanConvert)
       Convert(begin + piece, isLast);
@@ -70,12 +75,17 @@ class Reader {
   void Convert(const char* end, bool isLast) {
     UErrorCode error = U_ZERO_ERROR;
     char16_t* unitsEnd = fUnits.data();
-    ucnv_toUnicode(fClone.Get(), &unitsEnd, unitsEnd + fUnits.size(), &fAt, end, nullptr, isLast ? 1 : 0, &error);
+    const bool flush = isLast && !fForgetsItsEnd;
+    ucnv_toUnicode(fClone.Get(), &unitsEnd, unitsEnd + fUnits.size(), &fAt, end, nullptr, flush ? 1 : 0, &error);
     fNextUnit = 0;
     fUnitsEnd = static_cast<std::size_t>(unitsEnd - fUnits.data());
+    if (fUnitsEnd > 0 || U_FAILURE(error)) fReadTo = fAt;
     if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid();
     // After a failure the converter may hold bytes back that it will read again.
     fIsDone = isLast && U_SUCCESS(error);
+    if (!fIsDone || !fForgetsItsEnd || !IsInsideCharacter(*fClone.Get())) return;
+    fNextBad = fReadTo;  // what is begun at the end
+    fBadEnd = fAt;
   }
 
   // The bytes at which the converter stopped. A converter that does not tell them cannot go on.
@@ -101,6 +111,8 @@ class Reader {
   std::size_t fLeft;
   ConverterClone fClone{nullptr};
   bool fCanConvert;
+  bool fForgetsItsEnd = false;  // then it goes byte by byte, to know where the last character ended
+  const char* fReadTo = nullptr;
   std::array<char16_t, kPiece> fUnits;  // what Fill has not written is not read
   std::size_t fNextUnit = 0;
   std::size_t fUnitsEnd = 0;

@@ -25,8 +25,8 @@
 /// - A negative `sourceLength` means that the source ends at its zero. One place of `destinationSize` is kept for the
 ///   terminating zero, which is written. Otherwise no terminator is written, and every free place gets a blank.
 /// - Output that does not fit is cut after the last whole character that fits; the freed places get blanks. In an
-///   encoding with shift states the output ends in the initial state, except in x11-compound-text, which ICU may leave
-///   shifted.
+///   encoding with shift states the output ends in the initial state, except in x11-compound-text and SCSU, which ICU
+///   may leave shifted.
 /// - A plain copy cuts at any byte, with status 0, and puts the terminator of a zero-terminated source just after the
 ///   copied bytes, which may be the place at index `destinationSize`.
 /// - With a `destinationSize` of 0 or less nothing is written; the status is 1 if there was text.

@@ -7,6 +7,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "rqxml/encoding/RQMEMConverter.h"
@@ -188,6 +189,22 @@ TEST(ConverterCaseless, TakesACharacterThatTheLengthCutsForMalformedBytes) {
   EXPECT_EQ(QULTMBqstricmp_C("\x82\xA0", 1, "\x82\xA2", 1, &status), 1);
   EXPECT_EQ(status, 3);
   EXPECT_NE(QULTMBstrnicmp_C("\x82\xA0", "\x82\xA2", 2), 0);
+}
+
+TEST(ConverterCaseless, TakesACharacterThatIcuDropsAtTheEndForMalformedBytes) {
+  const std::tuple<const char*, std::string, std::string> rows[] = {
+      {"HZ", "a~{0", "a~{1"}, {"HZ", "a~{0", "a"},       {"HZ", "~{0", ""},    {"HZ", "a~", "a"},
+      {"UTF-7", "a+AA", "a"}, {"UTF-7", "a+A", "a"},     {"UTF-7", "a+", "a"}, {"UTF-7", "a+A", "a+AA"},
+      {"UTF-7", "a+AG", "a"}, {"UTF-7", "+AGEA", "+AGE"}};
+  for (const auto& [encoding, cut, other] : rows) {
+    ASSERT_TRUE(QULTMBSetDefaultConverter(encoding));
+    int status = -1;
+    EXPECT_EQ(QULTMBqstricmp_C(cut.c_str(), -1, other.c_str(), -1, &status), 0) << encoding << ' ' << cut;
+    EXPECT_EQ(status, 3) << encoding << ' ' << cut;
+    EXPECT_NE(QULTMBstrnicmp_C(cut.c_str(), other.c_str(), 100), 0) << encoding << ' ' << cut;
+    EXPECT_EQ(QULTMBqstricmp_C(cut.c_str(), -1, cut.c_str(), -1, &status), 1) << encoding << ' ' << cut;
+  }
+  QULTMBSetDefaultConverter("UTF-8");
 }
 
 TEST(ConverterCaseless, OrdersByLowerCasedCodePointThenMalformedBytesAndTheEndFirst) {

@@ -107,6 +107,29 @@ TEST_F(TranscodeString, HalfASurrogatePairIsReportedByEncodingsThatWouldWriteIt)
   }
 }
 
+TEST_F(TranscodeString, HalfASurrogatePairThatAnEncodingSpellsIsReportedInEveryForm) {
+  const std::pair<const char*, std::string> rows[] = {{"UTF-7", "a+2AA-z"},         {"UTF-7", "a+3AA-z"},
+                                                      {"UTF-7", "a+2AA"},           {"UTF-7", "a+2ADYAA-z"},
+                                                      {"CESU-8", "a\xED\xA0\x80z"}, {"IMAP-mailbox-name", "a&2AA-z"}};
+  for (const auto& [name, text] : rows) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::wstring wide;
+    std::u16string narrow;
+    std::string utf8;
+    EXPECT_EQ(QULTMBCodePageToU16(converter.Get(), wide, text), 3) << name << ' ' << text;
+    EXPECT_EQ(QULTMBCodePageToU16(converter.Get(), narrow, text), 3) << name << ' ' << text;
+    EXPECT_EQ(QULTMBCodePageToU8(converter.Get(), utf8, text), 3) << name << ' ' << text;
+    EXPECT_TRUE(std::u16string(wide.begin(), wide.end()) == narrow);
+  }
+  const QULTMBConverterHandle utf7(QULTMBConverterNew_8("UTF-7"));
+  std::wstring wide;
+  for (int before = 0; before < 5000; before += before < 4080 ? 255 : 1) {  // a pair across inner buffers is none
+    EXPECT_EQ(QULTMBCodePageToU16(utf7.Get(), wide, std::string(static_cast<std::size_t>(before), 'a') + "+2D3eAA-z"),
+              0)
+        << before;
+  }
+}
+
 TEST_F(TranscodeString, ReplacedCharacterIsReportedInTextsOfAnyLength) {
   for (const std::size_t length : {1U, 20U, 257U, 1024U, 4096U, 20000U, 200000U}) {
     const std::string text = "\u4e2d" + std::string(length, 'a');
@@ -219,6 +242,9 @@ TEST_F(TranscodeString, Utf8BeyondIntGives2AndAnEmptyDestination) {
   EXPECT_EQ(wide, L"");
   std::string bytes = "before";
   EXPECT_EQ(QULTMBU8ToCodePage(latin_.Get(), bytes, source), 2);
+  EXPECT_EQ(bytes, "");
+  bytes = "before";
+  EXPECT_EQ(QULTMBGenericToU8(bytes, source), 2);  // a plain copy in UTF-8 mode
   EXPECT_EQ(bytes, "");
 }
 

@@ -256,6 +256,15 @@ inline std::size_t FindStartC(const std::string& s, std::size_t i) {
 
 // ---- the default converter ----
 
+/// Whether what stands behind the last character of a text, and ICU drops in silence, begins one: in HZ anything but
+/// whole shifts, in UTF-7 anything that is not closed.
+inline bool BeginsCharacter(UConverterType type, std::string rest) {
+  if (type == UCNV_UTF7) return !rest.empty() && rest.back() != '-';
+  if (type != UCNV_HZ) return false;
+  while (rest.size() >= 2 && rest[0] == '~' && (rest[1] == '{' || rest[1] == '}' || rest[1] == '\n')) rest.erase(0, 2);
+  return !rest.empty();
+}
+
 /// The text through a converter of ICU, one character after the other.
 inline std::vector<Folded> FoldConverted(UConverter* converter, const std::string& s) {
   std::vector<Folded> folded;
@@ -265,8 +274,13 @@ inline std::vector<Folded> FoldConverted(UConverter* converter, const std::strin
   const char* at = s.data();
   while (true) {
     error = U_ZERO_ERROR;
+    const std::string rest(at, s.data() + s.size());
     const UChar32 c = ucnv_getNextUChar(converter, &at, s.data() + s.size(), &error);
-    if (error == U_INDEX_OUTOFBOUNDS_ERROR) return folded;
+    if (error == U_INDEX_OUTOFBOUNDS_ERROR) {
+      if (BeginsCharacter(ucnv_getType(converter), rest))
+        for (const char byte : rest) folded.push_back({true, static_cast<unsigned char>(byte)});
+      return folded;
+    }
     if (U_SUCCESS(error)) {
       folded.push_back({false, Lower(c)});
       continue;
