@@ -209,6 +209,54 @@ TEST_F(Name, CopyOfAStaleNameIsRefreshedByItself) {
   EXPECT_EQ(copy.GetCP(), "\x82\xA0");
 }
 
+TEST_F(Name, CopyIsAsFreshAsItsOriginal) {
+  const ExtNameStr name = Of("\u4e2d");
+  const ExtNameStr copy = name;
+  EXPECT_EQ(copy.GetCP(), "?");
+  EXPECT_EQ(copy.ErrorCode(), 0);  // a refresh would have recorded 3
+}
+
+TEST_F(Name, RefreshRecordsTheCodePageFormsErrorBeforeTheSystemForms) {
+  const ExtNameStr name = Of("\u00e9");
+  ASSERT_TRUE(QULTMBSetDefaultConverter("US-ASCII"));
+  EXPECT_EQ(name.GetCP(), "?");
+  EXPECT_EQ(name.ErrorCode(), 3);  // the system form has it
+  EXPECT_EQ(name.GetSystem(), "\xE9");
+}
+
+TEST_F(Name, RefreshLeavesUtf16) {
+  ExtNameStr name = Of("before");
+  name.SetSystem("after");
+  ASSERT_TRUE(QULTMBSetDefaultConverter("1252"));
+  EXPECT_EQ(name.GetCP(), "after");
+  EXPECT_EQ(name.GetU16(), L"before");
+}
+
+TEST_F(Name, SetFromTheSystemEncodingIsFreshAfterwards) {
+  const QULTMBConverterHandle latin(QULTMBConverterNew_8("1252"));
+  ExtNameStr name = Of("a");
+  ASSERT_TRUE(QULTMBSetDefaultConverter("US-ASCII"));
+  name.SetSystem("\xE9");
+  EXPECT_EQ(name.ErrorCode(), 3);
+  EXPECT_EQ(name.GetCP(latin.Get()), "\xE9");
+  EXPECT_EQ(name.GetCP(), "?");
+  EXPECT_EQ(name.ErrorCode(), 0);  // a refresh would have recorded 3
+}
+
+TEST_F(Name, CodePageFormOfAChosenConverterIsNotKept) {
+  const ExtNameStr name = Of("\u3042");
+  EXPECT_EQ(name.GetCP(japanese_.Get()), "\x82\xA0");
+  EXPECT_EQ(name.GetCP(), "?");
+}
+
+TEST_F(Name, SetFromMalformedUtf16KeepsWhatStandsBefore) {
+  ExtNameStr name;
+  name.SetU16(std::wstring{L'a', 0xD800, L'b'});
+  EXPECT_EQ(name.GetU8(), "a");
+  EXPECT_EQ(name.GetU16(), L"a");
+  EXPECT_EQ(name.ErrorCode(), 0);
+}
+
 TEST_F(Name, AssignmentToItselfDoesNothing) {
   ExtNameStr name = Of("a");
   const ExtNameStr& same = name;
