@@ -28,20 +28,22 @@ RQ_API const char* SystemEncoding();
 
 /// Opens a converter for a code-page number ("1252") or an encoding name, given in the system's code page.
 ///
-/// Digits alone, with a value from 1 to 99999, are a code-page number. Characters that an encoding lacks become "?".
-/// A caller who uses the converter with ICU directly finds the status -100 after an unassigned and -101 after an
-/// illegal character, except where ICU loses them; QULTMB... functions report every replaced character.
+/// Digits alone, with a value from 1 to 99999, are a code-page number. Characters that an encoding lacks become the
+/// byte 3F, or the encoding's own substitute where it takes no single byte; some that are not visible vanish. A caller
+/// who uses the converter with ICU directly finds the status -100 after an unassigned and -101 after an illegal
+/// character, except where ICU loses them; QULTMB... functions report every replaced character.
 /// @param name the name; null opens the encoding of the default converter, or ICU's default one if there is none yet
 /// @return a converter of ICU, which the caller closes (QULTMBConverterClose); null when it cannot be opened
 RQ_API void* QULTMBConverterNew_C(const char* name);
 
-/// As QULTMBConverterNew_C, for a name in UTF-8, which the default converter must be able to write in 59 bytes.
+/// As QULTMBConverterNew_C, for a name in UTF-8, which is converted by the default converter first.
+/// @return null, too, when the name is malformed, changes in the conversion or takes more than 59 bytes
 RQ_API void* QULTMBConverterNew_8(const char* name);
 
 /// QULTMBConverterNew_8 in UTF-8 mode, else QULTMBConverterNew_C.
 RQ_API void* QULTMBConverterNew_A(const char* name);
 
-/// Closes a converter that a QULTMBConverterNew function made; null is allowed.
+/// Closes a converter that a QULTMBConverterNew function made, never the default one; null is allowed.
 RQ_API void QULTMBConverterClose(void* converter);
 
 /// The default converter, made by the first call that needs it: ICU's default one, which is UTF-8 on Linux.
@@ -50,7 +52,9 @@ RQ_API void QULTMBConverterClose(void* converter);
 RQ_API UConverter* QULTMBGetDefaultConverter();
 
 /// Replaces the default converter, and closes the old one.
-/// @param name as for QULTMBConverterNew_8
+/// @param name a code-page number or an encoding name of printable ASCII, at most 59 bytes, which is not converted;
+/// null
+///   for a new converter of the same encoding
 /// @return false when no such converter can be opened; nothing has changed then
 RQ_API bool QULTMBSetDefaultConverter(const char* name);
 
@@ -67,7 +71,7 @@ RQ_API void SetUTF8mode(int on);
 /// Owns a converter and closes it.
 class QULTMBConverterHandle {
  public:
-  /// Takes ownership; null for none.
+  /// Takes ownership of a converter that a QULTMBConverterNew function made; null for none.
   explicit QULTMBConverterHandle(void* converter = nullptr) noexcept : fConverter(converter) {}
   ~QULTMBConverterHandle() { QULTMBConverterClose(fConverter); }
   QULTMBConverterHandle(const QULTMBConverterHandle&) = delete;

@@ -1,6 +1,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "rqxml/encoding/RQMEMConverter.h"
@@ -35,7 +36,7 @@ void EnableLocale() {
 }
 
 const char* SystemEncoding() {
-  static const std::string encoding = LocaleEncoding();
+  static const std::string& encoding = *std::make_unique<std::string>(LocaleEncoding()).release();  // never destroyed
   return encoding.c_str();
 }
 

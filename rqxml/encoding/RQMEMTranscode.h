@@ -21,7 +21,8 @@
 /// The converter argument is one of QULTMBConverterNew_8 and its sisters, null for the default converter. It is
 /// borrowed, never changed (conversions work on a clone), and may be used by several threads at once.
 ///
-/// Into a buffer: returns the number of units written, without blanks and terminator.
+/// Into a buffer: sizes and lengths count elements. Returns the number of elements written, without blanks and
+/// terminator. A null destination has no room.
 /// - A negative `sourceLength` means that the source ends at its zero. One place of `destinationSize` is kept for the
 ///   terminating zero, which is written. Otherwise no terminator is written, and every free place gets a blank.
 /// - Output that does not fit is cut after the last whole character that fits; the freed places get blanks. In an

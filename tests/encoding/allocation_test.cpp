@@ -129,6 +129,7 @@ TEST_F(Allocation, NewArrayIsNullAtAnyFailure) {
 }
 
 TEST_F(Allocation, FailureInANameLeaksNothing) {
+  SystemEncoding();  // is kept for the life of the process
   const std::string text(3000, 'a');
   const long before = gBlocks;
   for (long count = 0; count < 40; ++count) {

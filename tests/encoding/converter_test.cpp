@@ -238,6 +238,16 @@ TEST_F(Converter, HandleOwnsMovesAndReleases) {
   static_assert(!std::is_copy_constructible_v<QULTMBConverterHandle>);
 }
 
+TEST_F(Converter, DefaultOneMayBeReplacedByANewOneOfTheSameEncoding) {
+  ASSERT_TRUE(QULTMBSetDefaultConverter("1252"));
+  const int before = QULTMBDefaultConverterID();
+  EXPECT_TRUE(QULTMBSetDefaultConverter(nullptr));
+  EXPECT_EQ(QULTMBDefaultConverterID(), before + 1);
+  std::string bytes;
+  EXPECT_EQ(QULTMBU8ToCodePage(nullptr, bytes, "\u00e9"), 0);
+  EXPECT_EQ(bytes, "\xE9");
+}
+
 // Closing a clone of one of them crashes inside ICU.
 TEST_F(Converter, EveryEncodingOfIcuConvertsAsIcuDoes) {
   for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) {
