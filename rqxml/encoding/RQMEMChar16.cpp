@@ -13,37 +13,33 @@ using FromUtf16 = Utf16ToUtf8<char16_t>;
 using PageToUtf16 = CodePageToUtf16<char16_t>;
 using Utf16ToPage = ToCodePage<Char16Source>;
 
-bool IsGenericUtf8() { return qUTF8mode() != 0; }
-
 }  // namespace
 
 int QULTMB16to8(char* destination, int destinationSize, const char16_t* source, int sourceLength, int* status) {
-  return ConvertIntoBuffer<FromUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  return ConvertIntoBuffer<FromUtf16>(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMB8to16(char16_t* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  return ConvertIntoBuffer<ToUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  return ConvertIntoBuffer<ToUtf16>(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMB16toCodePage(void* converter, char* destination, int destinationSize, const char16_t* source,
                        int sourceLength, int* status) {
-  return ConvertIntoBuffer<Utf16ToPage>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status,
-                                        converter);
+  return ConvertIntoBuffer<Utf16ToPage>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMBCodePageto16(void* converter, char16_t* destination, int destinationSize, const char* source,
                        int sourceLength, int* status) {
-  return ConvertIntoBuffer<PageToUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status,
-                                        converter);
+  return ConvertIntoBuffer<PageToUtf16>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMB16toGeneric(char* destination, int destinationSize, const char16_t* source, int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMB16to8(destination, destinationSize, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMB16to8(destination, destinationSize, source, sourceLength, status);
   return QULTMB16toCodePage(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBGenericto16(char16_t* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMB8to16(destination, destinationSize, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMB8to16(destination, destinationSize, source, sourceLength, status);
   return QULTMBCodePageto16(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
@@ -64,7 +60,7 @@ int QULTMBU16ToCodePage(void* converter, std::string& destination, const std::u1
 }
 
 int QULTMBGenericToU16(void* converter, std::u16string& destination, const std::string& source) {
-  if (IsGenericUtf8()) return QULTMBU8ToU16(destination, source);
+  if (qUTF8mode() != 0) return QULTMBU8ToU16(destination, source);
   return QULTMBCodePageToU16(converter, destination, source);
 }
 
@@ -73,7 +69,7 @@ int QULTMBGenericToU16(std::u16string& destination, const std::string& source) {
 }
 
 int QULTMBU16ToGeneric(void* converter, std::string& destination, const std::u16string& source) {
-  if (IsGenericUtf8()) return QULTMBU16ToU8(destination, source);
+  if (qUTF8mode() != 0) return QULTMBU16ToU8(destination, source);
   return QULTMBU16ToCodePage(converter, destination, source);
 }
 
@@ -94,11 +90,11 @@ char* QULTMBTranscodeCodePage(const char16_t* source) {
 }
 
 char16_t* QULTMBTranscodeGenericToChar16(const char* source) {
-  return IsGenericUtf8() ? QULTMBTranscodeU8ToChar16(source) : QULTMBTranscodeCodePageToChar16(source);
+  return qUTF8mode() != 0 ? QULTMBTranscodeU8ToChar16(source) : QULTMBTranscodeCodePageToChar16(source);
 }
 
 char* QULTMBTranscodeGeneric(const char16_t* source) {
-  return IsGenericUtf8() ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
+  return qUTF8mode() != 0 ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
 }
 
 }  // namespace RQMEM_NAMESPACE

@@ -50,9 +50,9 @@ Behind ReadBehind(const UConverter& converter, std::string_view bytes) {
 
 // A converter that was used with ICU directly hands its state on: the recording functions reset the clone.
 
-ConverterClone::ConverterClone(void* converter, Direction direction) {
-  const auto* const original = converter != nullptr ? static_cast<UConverter*>(converter) : QULTMBGetDefaultConverter();
-  if (original != nullptr) Set(*original, TraitsOf(*original), direction);
+ConverterClone::ConverterClone() {
+  const UConverter* const original = QULTMBGetDefaultConverter();
+  if (original != nullptr) Set(*original, TraitsOf(*original), Direction::ToUnicode);
 }
 
 ConverterClone::ConverterClone(const UConverter& converter, const ConverterTraits& traits, Direction direction) {

@@ -24,10 +24,11 @@ enum class Direction { FromUnicode, ToUnicode };
 /// so that the converter itself may serve several threads.
 class ConverterClone {
  public:
-  /// @param converter what to clone; null for the default converter, which is made if there is none
+  /// Of the default converter, which is made if there is none; for reading.
+  ConverterClone();
+  /// @param converter what to clone
+  /// @param traits    its traits
   /// @param direction what the clone can be used for
-  explicit ConverterClone(void* converter, Direction direction = Direction::ToUnicode);
-  /// As above, for a converter of which the traits are known.
   ConverterClone(const UConverter& converter, const ConverterTraits& traits, Direction direction);
   ConverterClone(const ConverterClone&) = delete;
   ConverterClone& operator=(const ConverterClone&) = delete;

@@ -15,7 +15,7 @@ std::string CodePageName(int number);
 /// The size of the place for a converter's name, with its terminating zero.
 constexpr int kConverterNameSize = 60;
 
-/// True for a name of printable ASCII that fits: encodings have such names, which need no conversion.
+/// True for a name of printable ASCII that fits. Encodings have no other names.
 bool IsPlainConverterName(const char* name);
 
 }  // namespace RQMEM_NAMESPACE

@@ -186,16 +186,16 @@ bool CodePageToUtf16<wchar_t>::Next(wchar_t*& target, wchar_t* limit) {
   }
 }
 
-UConverter* CodePageReader::LongUtf8(Text<char>& text) {
-  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Traits().type != UCNV_UTF8) return nullptr;
-  text = fText;
-  return fSide.Clone();
+std::optional<Text<char>> CodePageReader::LongUtf8() const {
+  if (fText.Length() < Utf8Shortcut::kShortest || fSide.Traits().type != UCNV_UTF8) return std::nullopt;
+  return fText;
 }
 
 CodePageToUtf8::CodePageToUtf8(void* converter, Text<char> text) : fReader(converter, text) {
-  Text<char> longText;
-  fShortcutSource = fReader.LongUtf8(longText);
-  if (fShortcutSource != nullptr) fShortcut.emplace(longText, Direction::FromUnicode);
+  const std::optional<Text<char>> longText = fReader.LongUtf8();
+  if (!longText) return;
+  fShortcutSource = fReader.Clone();
+  if (fShortcutSource != nullptr) fShortcut.emplace(*longText, Direction::FromUnicode);
 }
 
 bool CodePageToUtf8::Next(char*& target, char* limit) {

@@ -131,8 +131,10 @@ class CodePageReader {
   /// Writes units of what follows; true when the output is full and more may come.
   bool Next(char16_t*& target, char16_t* limit);
   bool Problem() const { return fSide.Problem(); }
-  /// What follows the ASCII, and the clone that reads it, where that is UTF-8 and long; null otherwise.
-  UConverter* LongUtf8(Text<char>& text);
+  /// What follows the ASCII, where that is UTF-8 and long.
+  std::optional<Text<char>> LongUtf8() const;
+  /// The clone that reads; null, and a problem, when there is none.
+  UConverter* Clone() { return fSide.Clone(); }
 
  private:
   enum class Result { Full, Failed, AtEnd };

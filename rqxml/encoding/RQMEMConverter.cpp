@@ -6,6 +6,7 @@
 #include <atomic>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "rqxml/encoding/RQMEMClone.h"
 #include "rqxml/encoding/RQMEMCodePages.h"

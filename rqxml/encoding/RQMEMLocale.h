@@ -8,8 +8,10 @@
 
 namespace RQMEM_NAMESPACE::locale {
 
-/// Not zero: the locale is a single-byte one, and the _C functions (and the _A ones outside UTF-8 mode) leave the work
-/// to the runtime's plain functions. Nothing sets it: the ways for longer characters are right for single bytes too.
+/// Not zero: the locale is a single-byte one, and the _C functions (and the _A ones outside UTF-8 mode) that divide
+/// text by the locale take each byte as a character. Those that go through the default converter, and QULTMBmblen_C,
+/// ask the converter and the runtime as ever. Nothing sets it: the ways for longer characters are right for single
+/// bytes too.
 extern int gSingleByte;
 
 /// True when the byte leads a character of two bytes, in a locale that has no longer ones.

@@ -44,7 +44,7 @@ template <class Out>
 struct Buffer {
   Out* begin;
   int size;
-  bool terminated;
+  bool terminated;  ///< as the source is
 
   bool Usable() const { return begin != nullptr && size > 0; }
   Out* Limit() const { return begin + size - (terminated ? 1 : 0); }
@@ -89,8 +89,9 @@ int IntoBuffer(Conversion&& conversion, const Buffer<typename std::decay_t<Conve
 
 /// As IntoBuffer, with the conversion made of the arguments where there is room for anything.
 template <class Conversion, class Unit, class... Converter>
-int ConvertIntoBuffer(const Buffer<typename Conversion::Out>& buffer, const Unit* source, int length, int* status,
+int ConvertIntoBuffer(typename Conversion::Out* destination, int size, const Unit* source, int length, int* status,
                       Converter... converter) {
+  const Buffer<typename Conversion::Out> buffer{destination, size, length < 0};
   const Text<Unit> text = SourceText(source, length);
   if (!buffer.Usable()) {
     SetStatus(status, text.Empty() ? kClean : kCut);
@@ -100,7 +101,8 @@ int ConvertIntoBuffer(const Buffer<typename Conversion::Out>& buffer, const Unit
 }
 
 /// A plain copy keeps no place for the terminator.
-inline int CopyIntoBuffer(const Buffer<char>& buffer, const char* source, int length, int* status) {
+inline int CopyIntoBuffer(char* destination, int size, const char* source, int length, int* status) {
+  const Buffer<char> buffer{destination, size, length < 0};
   const Text<char> text = SourceText(source, length);
   if (!buffer.Usable()) {
     SetStatus(status, text.Empty() ? kClean : kCut);

@@ -10,9 +10,10 @@
 /// - `_A`: the `_8` function of the same name while UTF-8 mode is on (`qUTF8mode`), else the `_C` function.
 ///
 /// Texts end at a zero byte or earlier, at the length that is given; a zero byte ends a text within its length too.
-/// Nothing is read behind the zero byte, also not where a character that begins before it is announced to be longer.
-/// A pointer that is returned points into the text that was handed in. Unless stated otherwise no pointer may be null.
-/// No function allocates, except that the converter's clone does; none throws.
+/// Nothing is read behind the zero byte, also not where a character that begins before it is announced to be longer;
+/// `QULTMBU32Get_C` with an `end` is the exception. A pointer that is returned points into the text that was handed in.
+/// Unless stated otherwise no pointer may be null. No function allocates, except that ICU does where a converter is
+/// cloned, or the default one is made; none throws.
 ///
 /// The functions keep no state and may run in several threads while nobody changes the locale, UTF-8 mode or the
 /// default converter. `QULTMBmblen_C` shares the state of the runtime's `mblen`. What goes through the default
@@ -73,11 +74,12 @@ RQ_API int QULTMBstrnicmp_8(const char* a, const char* b, std::size_t n);
 RQ_API char* QULTMBstrinc_8(const char* s);
 
 /// The start index of the character of `s` that ends just before byte `i`. Where that is malformed, a surrogate or a
-/// noncharacter, `i - 1`; 0 for 0. Reads no byte at or behind `i`.
+/// noncharacter, `i - 1`; 0 for 0. Reads no byte at or behind `i`, and at most four before it, which are the caller's:
+/// a zero byte does not end the text here.
 RQ_API std::size_t QULTMBPreviousIndex_8(const char* s, std::size_t i);
 
 /// The character before `p` in the text that begins at `start`, by `QULTMBPreviousIndex_8`; `p` itself when it is null
-/// or equals `start`.
+/// or equals `start`. Any other `p` points behind `start`, into the text or at its end.
 RQ_API char* QULTMBAnsiPrev_8(const char* start, const char* p);
 
 // ---- the runtime's locale ----
@@ -122,14 +124,15 @@ RQ_API char* QULTMBstrinc_C(const char* s);
 RQ_API std::size_t QULTMBFindStart_C(const char* s, std::size_t i);
 
 /// The character before `p` in the text that begins at `start`, by `QULTMBFindStart_C`; `p` itself when it is null or
-/// equals `start`.
+/// equals `start`. Any other `p` points behind `start`, into the text or at its end.
 RQ_API char* QULTMBAnsiPrev_C(const char* start, const char* p);
 
 /// Reads one character through the default converter, in its initial state.
-/// @param codePoint receives the character, 0 when there is none
+/// @param codePoint receives the character, 0 when there is none; not null
 /// @param s         the text
 /// @param offset    the byte offset of the character
-/// @param end       the byte offset of the text's end; negative: the zero byte at or behind `offset`
+/// @param end       the byte offset of the text's end: all bytes before it can be read, and a zero byte among those
+///                  that belong to the character does not end it; negative: the zero byte at or behind `offset`
 /// @returns the bytes read; 0 when `end` is not above `offset` or a zero byte stands there; -1 when the sequence is
 ///          malformed, unassigned or cut, or when there is no converter
 RQ_API int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end);
@@ -149,7 +152,8 @@ RQ_API char* QULTMBstrrchr_A(const char* s, unsigned int c);
 /// `QULTMBstrcspn_8` in UTF-8 mode, else `QULTMBstrcspn_C`.
 RQ_API std::size_t QULTMBstrcspn_A(const char* s, const char* reject);
 
-/// `QULTMBstrncpy_8` in UTF-8 mode, else `QULTMBstrncpy_C`.
+/// `QULTMBstrncpy_8` in UTF-8 mode, else `QULTMBstrncpy_C`: a null `src` counts as empty in UTF-8 mode, and leaves
+/// `dst` alone outside it.
 RQ_API char* QULTMBstrncpy_A(char* dst, const char* src, std::size_t n);
 
 /// `QULTMBqstricmp_8` in UTF-8 mode, else `QULTMBqstricmp_C`.

@@ -109,7 +109,7 @@ class Reader {
 
   const char* fAt;
   std::size_t fLeft;
-  ConverterClone fClone{nullptr};
+  ConverterClone fClone;
   bool fCanConvert;
   bool fForgetsItsEnd = false;  // then it goes byte by byte, to know where the last character ended
   const char* fReadTo = nullptr;
@@ -155,7 +155,7 @@ int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end) {
   *codePoint = 0;
   if (end < 0) end = EndOfText(s, offset);
   if (end <= offset || s[offset] == 0) return 0;
-  const ConverterClone clone(nullptr);
+  const ConverterClone clone;
   if (!clone) return -1;
   StopAtBadBytes(clone.Get());
   const char* next = s + offset;

@@ -55,16 +55,16 @@ std::size_t QULTMBmbclen_C(const char* s) {
 int QULTMBmblen_C(const char* s, std::size_t n) { return std::mblen(s, n); }
 
 char* QULTMBstrchr_C(const char* s, unsigned int c) {
-  const char low = static_cast<char>(c & 0xFFU);
   if (locale::gSingleByte != 0) return const_cast<char*>(std::strchr(s, static_cast<int>(c)));
+  const char low = static_cast<char>(c & 0xFFU);
   for (; *s != 0; s += locale::LengthAt(s))
     if (*s == low) return const_cast<char*>(s);
   return c == 0 ? const_cast<char*>(s) : nullptr;
 }
 
 char* QULTMBstrrchr_C(const char* s, unsigned int c) {
-  const char low = static_cast<char>(c & 0xFFU);
   if (locale::gSingleByte != 0) return const_cast<char*>(std::strrchr(s, static_cast<int>(c)));
+  const char low = static_cast<char>(c & 0xFFU);
   const char* last = nullptr;
   while (*s != 0) {
     const bool matches = *s == low;

@@ -10,6 +10,9 @@ namespace RQMEM_NAMESPACE {
 
 namespace {
 
+constexpr UErrorCode kUnassigned = static_cast<UErrorCode>(-100);
+constexpr UErrorCode kIllegal = static_cast<UErrorCode>(-101);
+
 constexpr std::size_t kTypes = UCNV_NUMBER_OF_SUPPORTED_CONVERTER_TYPES;
 using TraitsOfTypes = std::array<ConverterTraits, kTypes>;
 

@@ -5,10 +5,6 @@
 
 namespace RQMEM_NAMESPACE {
 
-/// What converters report to those who use them with ICU directly. Negative: a warning for ICU.
-constexpr UErrorCode kUnassigned = static_cast<UErrorCode>(-100);
-constexpr UErrorCode kIllegal = static_cast<UErrorCode>(-101);
-
 /// Which ASCII text a converter turns into the same bytes and back, without a state.
 enum class AsciiRange {
   None,
@@ -33,7 +29,8 @@ struct ConverterTraits {
 ConverterTraits TraitsOf(const UConverter& converter);
 
 /// Makes "?" the substitute of a converter, as far as the converter takes it, and installs callbacks that report each
-/// substitution with one of the two statuses.
+/// substitution to those who use the converter with ICU directly: -100 for an unassigned character, -101 for an illegal
+/// sequence, warnings for ICU.
 void InstallSubstitution(UConverter& converter);
 
 // Install a callback that sets `replaced` at each substitution, since statuses get lost inside ICU. The first two put
@@ -41,7 +38,7 @@ void InstallSubstitution(UConverter& converter);
 
 /// For writing; the substitute is that of the converter.
 void RecordFromUnicode(UConverter& converter, bool& replaced);
-/// For reading; the substitute is "?".
+/// For reading; the substitute is "?", but U+FFFD for a shift that ICU takes for an attack.
 void RecordToUnicode(UConverter& converter, bool& replaced);
 /// For reading; the state stays as it is, and the substitute is U+FFFD.
 void RecordMalformed(UConverter& converter, bool& replaced);

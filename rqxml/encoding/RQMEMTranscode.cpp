@@ -14,74 +14,66 @@ using PageToUtf16 = CodePageToUtf16<wchar_t>;
 using Utf16ToPage = ToCodePage<WideSource>;
 using Utf8ToPage = ToCodePage<Utf8Source>;
 
-bool IsGenericUtf8() { return qUTF8mode() != 0; }
-
 }  // namespace
 
 int QULTMB16to8(char* destination, int destinationSize, const wchar_t* source, int sourceLength, int* status) {
-  return ConvertIntoBuffer<FromUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  return ConvertIntoBuffer<FromUtf16>(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMB8to16(wchar_t* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  return ConvertIntoBuffer<ToUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  return ConvertIntoBuffer<ToUtf16>(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMB16toCodePage(void* converter, char* destination, int destinationSize, const wchar_t* source, int sourceLength,
                        int* status) {
-  return ConvertIntoBuffer<Utf16ToPage>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status,
-                                        converter);
+  return ConvertIntoBuffer<Utf16ToPage>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMBCodePageto16(void* converter, wchar_t* destination, int destinationSize, const char* source, int sourceLength,
                        int* status) {
-  return ConvertIntoBuffer<PageToUtf16>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status,
-                                        converter);
+  return ConvertIntoBuffer<PageToUtf16>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMB8toCodePage(void* converter, char* destination, int destinationSize, const char* source, int sourceLength,
                       int* status) {
-  return ConvertIntoBuffer<Utf8ToPage>({destination, destinationSize, sourceLength < 0}, source, sourceLength, status,
-                                       converter);
+  return ConvertIntoBuffer<Utf8ToPage>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMBCodePageto8(void* converter, char* destination, int destinationSize, const char* source, int sourceLength,
                       int* status) {
-  return ConvertIntoBuffer<CodePageToUtf8>({destination, destinationSize, sourceLength < 0}, source, sourceLength,
-                                           status, converter);
+  return ConvertIntoBuffer<CodePageToUtf8>(destination, destinationSize, source, sourceLength, status, converter);
 }
 
 int QULTMB16toGeneric(char* destination, int destinationSize, const wchar_t* source, int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMB16to8(destination, destinationSize, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMB16to8(destination, destinationSize, source, sourceLength, status);
   return QULTMB16toCodePage(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBGenericto16(wchar_t* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMB8to16(destination, destinationSize, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMB8to16(destination, destinationSize, source, sourceLength, status);
   return QULTMBCodePageto16(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMB8toGeneric(char* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  if (IsGenericUtf8())
-    return CopyIntoBuffer({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  if (qUTF8mode() != 0) return CopyIntoBuffer(destination, destinationSize, source, sourceLength, status);
   return QULTMB8toCodePage(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBGenericto8(char* destination, int destinationSize, const char* source, int sourceLength, int* status) {
-  if (IsGenericUtf8())
-    return CopyIntoBuffer({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  if (qUTF8mode() != 0) return CopyIntoBuffer(destination, destinationSize, source, sourceLength, status);
   return QULTMBCodePageto8(nullptr, destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBGenerictoCodePage(void* converter, char* destination, int destinationSize, const char* source,
                             int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMB8toCodePage(converter, destination, destinationSize, source, sourceLength, status);
-  return CopyIntoBuffer({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMB8toCodePage(converter, destination, destinationSize, source, sourceLength, status);
+  return CopyIntoBuffer(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBCodePagetoGeneric(void* converter, char* destination, int destinationSize, const char* source,
                             int sourceLength, int* status) {
-  if (IsGenericUtf8()) return QULTMBCodePageto8(converter, destination, destinationSize, source, sourceLength, status);
-  return CopyIntoBuffer({destination, destinationSize, sourceLength < 0}, source, sourceLength, status);
+  if (qUTF8mode() != 0) return QULTMBCodePageto8(converter, destination, destinationSize, source, sourceLength, status);
+  return CopyIntoBuffer(destination, destinationSize, source, sourceLength, status);
 }
 
 int QULTMBU8ToU16(std::wstring& destination, const std::string& source) {
@@ -109,7 +101,7 @@ int QULTMBU8ToCodePage(void* converter, std::string& destination, const std::str
 }
 
 int QULTMBGenericToU16(void* converter, std::wstring& destination, const std::string& source) {
-  if (IsGenericUtf8()) return QULTMBU8ToU16(destination, source);
+  if (qUTF8mode() != 0) return QULTMBU8ToU16(destination, source);
   return QULTMBCodePageToU16(converter, destination, source);
 }
 
@@ -118,7 +110,7 @@ int QULTMBGenericToU16(std::wstring& destination, const std::string& source) {
 }
 
 int QULTMBU16ToGeneric(void* converter, std::string& destination, const std::wstring& source) {
-  if (IsGenericUtf8()) return QULTMBU16ToU8(destination, source);
+  if (qUTF8mode() != 0) return QULTMBU16ToU8(destination, source);
   return QULTMBU16ToCodePage(converter, destination, source);
 }
 
@@ -127,7 +119,7 @@ int QULTMBU16ToGeneric(std::string& destination, const std::wstring& source) {
 }
 
 int QULTMBGenericToU8(void* converter, std::string& destination, const std::string& source) {
-  if (IsGenericUtf8()) return CopyIntoString(destination, source);
+  if (qUTF8mode() != 0) return CopyIntoString(destination, source);
   return QULTMBCodePageToU8(converter, destination, source);
 }
 
@@ -136,7 +128,7 @@ int QULTMBGenericToU8(std::string& destination, const std::string& source) {
 }
 
 int QULTMBU8ToGeneric(void* converter, std::string& destination, const std::string& source) {
-  if (IsGenericUtf8()) return CopyIntoString(destination, source);
+  if (qUTF8mode() != 0) return CopyIntoString(destination, source);
   return QULTMBU8ToCodePage(converter, destination, source);
 }
 
@@ -145,7 +137,7 @@ int QULTMBU8ToGeneric(std::string& destination, const std::string& source) {
 }
 
 int QULTMBCodePageToGeneric(void* converter, std::string& destination, const std::string& source) {
-  if (IsGenericUtf8()) return QULTMBCodePageToU8(converter, destination, source);
+  if (qUTF8mode() != 0) return QULTMBCodePageToU8(converter, destination, source);
   return CopyIntoString(destination, source);
 }
 
@@ -154,7 +146,7 @@ int QULTMBCodePageToGeneric(std::string& destination, const std::string& source)
 }
 
 int QULTMBGenericToCodePage(void* converter, std::string& destination, const std::string& source) {
-  if (IsGenericUtf8()) return QULTMBU8ToCodePage(converter, destination, source);
+  if (qUTF8mode() != 0) return QULTMBU8ToCodePage(converter, destination, source);
   return CopyIntoString(destination, source);
 }
 
@@ -175,11 +167,11 @@ char* QULTMBTranscodeCodePage(const wchar_t* source) {
 }
 
 wchar_t* QULTMBTranscodeGeneric(const char* source) {
-  return IsGenericUtf8() ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
+  return qUTF8mode() != 0 ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
 }
 
 char* QULTMBTranscodeGeneric(const wchar_t* source) {
-  return IsGenericUtf8() ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
+  return qUTF8mode() != 0 ? QULTMBTranscodeU8(source) : QULTMBTranscodeCodePage(source);
 }
 
 }  // namespace RQMEM_NAMESPACE

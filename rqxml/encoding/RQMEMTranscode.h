@@ -12,11 +12,12 @@
 /// - 0 clean
 /// - 1 the output did not fit and was cut
 /// - 2 a working buffer could not be allocated, or a size is beyond `int`; a destination string is empty then
-/// - 3 a character was replaced by "?", or the input is malformed, or ICU failed; wherever that is in the source, also
-///   behind the place where the output was cut
+/// - 3 a character was replaced by "?", or the input is malformed, or ICU failed, or there is no default converter;
+///   wherever that is in the source, also behind the place where the output was cut
 ///
 /// Malformed UTF-8 or UTF-16 ends a conversion between these two: what stands before it is kept. A conversion from or
-/// to a code page replaces it and goes on.
+/// to a code page replaces it by "?" and goes on; in UTF-8 made of a code page that spells half a surrogate pair, and
+/// in a Unicode encoding made of malformed UTF-8, U+FFFD stands for it.
 ///
 /// The converter argument is one of QULTMBConverterNew_8 and its sisters, null for the default converter. It is
 /// borrowed, never changed (conversions work on a clone), and may be used by several threads at once.
@@ -26,18 +27,21 @@
 /// - A negative `sourceLength` means that the source ends at its zero. One place of `destinationSize` is kept for the
 ///   terminating zero, which is written. Otherwise no terminator is written, and every free place gets a blank.
 /// - Output that does not fit is cut after the last whole character that fits; the freed places get blanks. In an
-///   encoding with shift states the output ends in the initial state, except in x11-compound-text and SCSU, which ICU
-///   may leave shifted.
+///   encoding with shift states the output ends in the initial state, except in x11-compound-text, SCSU and BOCU-1,
+///   which end as ICU leaves them.
 /// - A plain copy cuts at any byte, with status 0, and puts the terminator of a zero-terminated source just after the
 ///   copied bytes, which may be the place at index `destinationSize`.
-/// - With a `destinationSize` of 0 or less nothing is written; the status is 1 if there was text.
+/// - With a `destinationSize` of 0 or less nothing is written or looked at; the status is 1 if there was text, else 0.
 /// - A null source counts as empty. `status` may be null. Source and destination must not overlap.
 ///
 /// Into a string: returns the status. The whole source is converted, zeros included. Source and destination may be the
 /// same string.
 ///
 /// Into a new array: a zero-terminated array of exactly the converted length plus one, which the caller releases with
-/// `delete[]`; null when there is no memory for it, or a size is beyond `int`. A null source counts as empty.
+/// `delete[]`; null when there is no memory for it, or a size is beyond `int`. A null source counts as empty. There is
+/// no status: what is replaced or malformed cannot be told from the result.
+///
+/// No conversion throws.
 
 #include <string>
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "rqxml/encoding/ExtNameStr.h"
+#include "rqxml/encoding/RQMEMChar16.h"
 #include "rqxml/encoding/RQMEMConverter.h"
 #include "rqxml/encoding/RQMEMTranscode.h"
 
@@ -16,6 +17,7 @@ namespace {
 // Allocations left until each one fails; negative for never.
 long gLeft = -1;
 long gBlocks = 0;
+std::size_t gLastArray = 0;
 
 void* Allocate(std::size_t size) {
   if (gLeft == 0) return nullptr;
@@ -38,7 +40,10 @@ void* operator new(std::size_t size) {
   if (place == nullptr) throw std::bad_alloc();
   return place;
 }
-void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size) {
+  gLastArray = size;
+  return operator new(size);
+}
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void operator delete(void* place) noexcept { Free(place); }
@@ -125,6 +130,21 @@ TEST_F(Allocation, NewArrayIsNullAtAnyFailure) {
     }
     EXPECT_EQ(gBlocks, before);
     EXPECT_GE(count, 1);
+  }
+}
+
+TEST_F(Allocation, NewArrayHasPlacesForTheTextAndItsTerminatorAlone) {
+  for (const std::size_t length : {0U, 1U, 300U, 2000U, 40000U}) {
+    const std::string utf8(length, 'a');
+    const std::wstring wide(length, L'a');
+    const std::unique_ptr<wchar_t[]> widened(QULTMBTranscodeU8(utf8.c_str()));
+    EXPECT_EQ(gLastArray, (length + 1) * sizeof(wchar_t));
+    const std::unique_ptr<char[]> narrowed(QULTMBTranscodeU8(wide.c_str()));
+    EXPECT_EQ(gLastArray, length + 1);
+    const std::unique_ptr<char16_t[]> sixteen(QULTMBTranscodeCodePageToChar16(utf8.c_str()));
+    EXPECT_EQ(gLastArray, (length + 1) * sizeof(char16_t));
+    const std::unique_ptr<char[]> page(QULTMBTranscodeCodePage(wide.c_str()));
+    EXPECT_EQ(gLastArray, length + 1);
   }
 }
 

@@ -193,6 +193,14 @@ TEST_F(Converter, WritesAQuestionMarkAndMinus101ForHalfASurrogatePair) {
   EXPECT_EQ(static_cast<int>(error), -101);
 }
 
+// The byte of a question mark, whatever it means there.
+TEST_F(Converter, WritesTheByte3FInAnEncodingWithoutAscii) {
+  const QULTMBConverterHandle converter(QULTMBConverterNew_8("ibm-37"));
+  std::string bytes;
+  EXPECT_EQ(QULTMBU8ToCodePage(converter.Get(), bytes, "a\u4e2d?"), 3);
+  EXPECT_EQ(bytes, "\x81\x3F\x6F");
+}
+
 TEST_F(Converter, ReadsAQuestionMarkAndMinus100ForAnUnassignedByte) {
   const QULTMBConverterHandle converter(QULTMBConverterNew_8("1253"));
   std::array<char16_t, 8> units{};

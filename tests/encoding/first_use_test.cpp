@@ -47,19 +47,58 @@ std::string LcAll() {
   return value == nullptr ? "unset" : value;
 }
 
+void FindTestLocales() { setenv("LOCPATH", RQXML_TEST_LOCALE_DIR, 1); }
+
 // Makes one of the tests' locales the current one.
-void UseTestLocale(const char* name) {
-  setenv("LOCPATH", RQXML_TEST_LOCALE_DIR, 1);
-  std::setlocale(LC_ALL, name);
+void UseTestLocale(const char* name, int category = LC_ALL) {
+  FindTestLocales();
+  std::setlocale(category, name);
 }
 
 TEST(FirstUse, EnableLocalePutsEnglishIntoTheEnvironmentOfAProgramWithoutLocale) {
   EXPECT_EQ(InChild([] {
+              setenv("LOCPATH", "/no/locales/here", 1);
               unsetenv("LC_ALL");
               EnableLocale();
-              return LcAll() + " " + Locale(LC_NUMERIC);
+              return LcAll() + " " + Locale(LC_ALL);
             }),
             "en_US C");
+}
+
+TEST(FirstUse, EnableLocaleSetsAllCategoriesToEnglishTheNumbersToo) {
+  EXPECT_EQ(InChild([] {
+              FindTestLocales();
+              EnableLocale();
+              return Locale(LC_ALL);  // one name where the categories have the same
+            }),
+            "en_US");
+}
+
+TEST(FirstUse, EnableLocaleReplacesALocaleThatOnlyTheEnvironmentNames) {
+  EXPECT_EQ(InChild([] {
+              FindTestLocales();
+              setenv("LC_ALL", "de_DE.UTF-8", 1);
+              EnableLocale();
+              return LcAll() + " " + Locale(LC_CTYPE);
+            }),
+            "en_US en_US");
+}
+
+TEST(FirstUse, EnableLocaleLooksAtTheLocaleOfCharactersAlone) {
+  EXPECT_EQ(InChild([] {
+              unsetenv("LC_ALL");
+              UseTestLocale("de_DE.UTF-8", LC_TIME);
+              EnableLocale();
+              return LcAll() + " " + Locale(LC_TIME);
+            }),
+            "en_US en_US");
+  EXPECT_EQ(InChild([] {
+              unsetenv("LC_ALL");
+              UseTestLocale("de_DE.UTF-8", LC_CTYPE);
+              EnableLocale();
+              return LcAll() + " " + Locale(LC_TIME);
+            }),
+            "unset C");
 }
 
 TEST(FirstUse, EnableLocaleKeepsAChosenLocaleButItsNumbers) {
@@ -91,8 +130,21 @@ TEST(FirstUse, SystemEncodingIsWhatFollowsTheFirstPointOfTheLocale) {
             "UTF-8");
 }
 
+TEST(FirstUse, SystemEncodingGoesOnBehindASecondPoint) {
+  EXPECT_EQ(InChild([] {
+              UseTestLocale("de_DE.UTF-8@variant.2");
+              return std::string(SystemEncoding());
+            }),
+            "UTF-8@variant.2");
+}
+
 TEST(FirstUse, SystemEncodingOfALocaleWithoutPointIsCp1252) {
   EXPECT_EQ(InChild([] { return std::string(SystemEncoding()); }), "CP1252");
+  EXPECT_EQ(InChild([] {
+              UseTestLocale("en_US");
+              return std::string(SystemEncoding());
+            }),
+            "CP1252");
 }
 
 TEST(FirstUse, SystemEncodingIsDecidedOnceAndStays) {
@@ -174,6 +226,31 @@ TEST(FirstUse, NameSetBeforeTheDefaultConverterExistsIsReadInItsEncoding) {
             "caf\u00e9 0");
 }
 
+TEST(FirstUse, NameThatMadeTheDefaultConverterIsRefreshedOnce) {
+  EXPECT_EQ(InChild([] {
+              ExtNameStr name;
+              name.SetU8("\u4e2d");
+              std::string said = std::to_string(name.ErrorCode());
+              name.GetCP();
+              said += std::to_string(name.ErrorCode());  // the system encoding lacks it
+              name.GetCP(nullptr);
+              said += std::to_string(name.ErrorCode());
+              name.GetCP();
+              return said + std::to_string(name.ErrorCode());
+            }),
+            "0300");
+}
+
+TEST(FirstUse, NewNameIsRefreshedThoughItHasNoText) {
+  EXPECT_EQ(InChild([] {
+              const ExtNameStr name;
+              std::string counts = std::to_string(QULTMBDefaultConverterID());
+              name.GetCP();
+              return counts + std::to_string(QULTMBDefaultConverterID());
+            }),
+            "01");
+}
+
 TEST(FirstUse, NameIsWrittenInTheSystemEncoding) {
   EXPECT_EQ(InChild([] {
               ExtNameStr name;
@@ -191,6 +268,19 @@ TEST(FirstUse, NameIsWrittenInTheSystemEncodingOfALocaleOfTwoByteCharacters) {
               return name.GetSystem();
             }),
             "\x82\xA0");
+}
+
+TEST(FirstUse, MalformedSystemTextIsKeptAndNotReportedUntilARefresh) {
+  EXPECT_EQ(InChild([] {
+              UseTestLocale("ja_JP.SJIS");
+              ExtNameStr name;
+              name.SetSystem("a\x82");
+              std::string said = name.GetSystem() + " " + name.GetU8() + " " + std::to_string(name.ErrorCode());
+              QULTMBSetDefaultConverter("1252");
+              said += " " + name.GetCP() + " " + name.GetSystem() + " " + std::to_string(name.ErrorCode());
+              return said;
+            }),
+            "a\x82 a? 0 a? a? 0");
 }
 
 // The name of the encoding is converted first: a default converter that has no ASCII makes it unreadable.

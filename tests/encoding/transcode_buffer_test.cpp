@@ -17,7 +17,6 @@
 namespace {
 
 using namespace RQMEM_NAMESPACE;
-using namespace std::string_literals;
 
 class TranscodeBuffer : public testing::Test {
  protected:
@@ -362,70 +361,111 @@ TEST_F(TranscodeBuffer, ZerosWithinAGivenLengthAreConverted) {
   EXPECT_EQ(LeftBy<char>(4, page), (Left<char>{"\xE9\0b ####"s, 3, 0}));
 }
 
-using Narrow = std::function<int(char*, int, const char*, int, int*)>;
-using Narrowing = std::function<int(char*, int, const wchar_t*, int, int*)>;
-using Widening = std::function<int(wchar_t*, int, const char*, int, int*)>;
+template <class To, class From>
+using Plain = int (*)(To*, int, const From*, int, int*);
+template <class To, class From>
+using OfPage = int (*)(void*, To*, int, const From*, int, int*);
+template <class To, class From>
+using Conversions = std::vector<std::function<int(To*, int, const From*, int, int*)>>;
 
-std::vector<Narrow> NarrowConversions() {
-  const auto with = [](auto function) {
-    return [function](char* to, int size, const char* from, int length, int* status) {
-      return function(nullptr, to, size, from, length, status);
-    };
+// With the default converter.
+template <class To, class From>
+auto Default(OfPage<To, From> function) {
+  return [function](To* to, int size, const From* from, int length, int* status) {
+    return function(nullptr, to, size, from, length, status);
   };
-  return {QULTMB8toGeneric,        QULTMBGenericto8,       with(QULTMBGenerictoCodePage), with(QULTMBCodePagetoGeneric),
-          with(QULTMB8toCodePage), with(QULTMBCodePageto8)};
 }
 
-Narrowing FromWide(int (*function)(char*, int, const wchar_t*, int, int*)) { return function; }
-Widening ToWide(int (*function)(wchar_t*, int, const char*, int, int*)) { return function; }
+Conversions<char, char> NarrowConversions() {
+  return {QULTMB8toGeneric,
+          QULTMBGenericto8,
+          Default(QULTMBGenerictoCodePage),
+          Default(QULTMBCodePagetoGeneric),
+          Default(QULTMB8toCodePage),
+          Default(QULTMBCodePageto8)};
+}
 
-TEST_F(TranscodeBuffer, BufferWithoutRoomIsLeftAloneByEveryConversion) {
+template <class Unit>
+Conversions<char, Unit> NarrowingConversions() {
+  return {Plain<char, Unit>(QULTMB16to8), Plain<char, Unit>(QULTMB16toGeneric),
+          Default<char, Unit>(QULTMB16toCodePage)};
+}
+
+template <class Unit>
+Conversions<Unit, char> WideningConversions() {
+  return {Plain<Unit, char>(QULTMB8to16), Plain<Unit, char>(QULTMBGenericto16),
+          Default<Unit, char>(QULTMBCodePageto16)};
+}
+
+// No conversion writes into a destination without room, or reads its size.
+template <class To, class From>
+void ExpectLeftAlone(const Conversions<To, From>& conversions) {
+  const From text[] = {'a', 'b', 0};
+  const From empty[] = {0};
+  const std::basic_string<To> untouched(8, To{'#'});
+  for (const auto& convert : conversions) {
+    for (const int length : {-1, 2}) {
+      int status = -1;
+      for (const int size : {0, -1, -1000}) {
+        const auto any = [&](To* to, int n, int* outcome) { return convert(to, n, text, length, outcome); };
+        EXPECT_TRUE((LeftBy<To>(size, any) == Left<To>{untouched, 0, 1}));
+        const auto none = [&](To* to, int n, int* outcome) {
+          return convert(to, n, empty, length < 0 ? -1 : 0, outcome);
+        };
+        EXPECT_TRUE((LeftBy<To>(size, none) == Left<To>{untouched, 0, 0}));
+      }
+      EXPECT_EQ(convert(nullptr, 8, text, length, &status), 0);
+      EXPECT_EQ(status, 1);
+      EXPECT_EQ(convert(nullptr, 8, empty, length < 0 ? -1 : 0, &status), 0);
+      EXPECT_EQ(status, 0);
+    }
+  }
+}
+
+template <class To, class From>
+void ExpectStatusOptional(const Conversions<To, From>& conversions) {
+  const From text[] = {'a', 'b', 0};
+  To to[8];
+  for (const auto& convert : conversions) {
+    EXPECT_EQ(convert(to, 8, text, -1, nullptr), 2);
+    EXPECT_EQ(convert(to, 0, text, -1, nullptr), 0);
+    EXPECT_EQ(std::basic_string<To>(to), (std::basic_string<To>{'a', 'b'}));
+  }
+}
+
+template <class To, class From>
+void ExpectNullSourceEmpty(const Conversions<To, From>& conversions) {
+  for (const auto& convert : conversions) {
+    const auto terminated = [&](To* to, int size, int* status) { return convert(to, size, nullptr, -1, status); };
+    EXPECT_TRUE((LeftBy<To>(2, terminated) == Left<To>{{0, '#', '#', '#', '#', '#', '#', '#'}, 0, 0}));
+    const auto given = [&](To* to, int size, int* status) { return convert(to, size, nullptr, 4, status); };
+    EXPECT_TRUE((LeftBy<To>(2, given) == Left<To>{{' ', ' ', '#', '#', '#', '#', '#', '#'}, 0, 0}));
+  }
+}
+
+// Hands all conversions to the check, in each mode.
+template <class Check>
+void ForEachConversion(Check check) {
   for (const int mode : {0, 1}) {
     SetUTF8mode(mode);
-    for (const int size : {0, -1, -1000})
-      for (const int length : {-1, 2}) {
-        for (const auto& convert : NarrowConversions()) {
-          const auto text = [&](char* to, int n, int* status) { return convert(to, n, "ab", length, status); };
-          EXPECT_EQ(LeftBy<char>(size, text), (Left<char>{"########", 0, 1}));
-          const auto empty = [&](char* to, int n, int* status) {
-            return convert(to, n, "", length < 0 ? -1 : 0, status);
-          };
-          EXPECT_EQ(LeftBy<char>(size, empty), (Left<char>{"########", 0, 0}));
-        }
-        for (const auto& convert : {FromWide(QULTMB16to8), FromWide(QULTMB16toGeneric)}) {
-          const auto text = [&](char* to, int n, int* status) { return convert(to, n, L"ab", length, status); };
-          EXPECT_EQ(LeftBy<char>(size, text), (Left<char>{"########", 0, 1}));
-        }
-        for (const auto& convert : {ToWide(QULTMB8to16), ToWide(QULTMBGenericto16)}) {
-          const auto text = [&](wchar_t* to, int n, int* status) { return convert(to, n, "ab", length, status); };
-          EXPECT_EQ(LeftBy<wchar_t>(size, text), (Left<wchar_t>{L"########", 0, 1}));
-        }
-      }
+    check(NarrowConversions());
+    check(NarrowingConversions<wchar_t>());
+    check(NarrowingConversions<char16_t>());
+    check(WideningConversions<wchar_t>());
+    check(WideningConversions<char16_t>());
   }
+}
+
+TEST_F(TranscodeBuffer, BufferWithoutRoomIsLeftAloneByEveryConversion) {
+  ForEachConversion([](const auto& conversions) { ExpectLeftAlone(conversions); });
 }
 
 TEST_F(TranscodeBuffer, StatusIsOptionalInEveryConversion) {
-  char narrow[8];
-  wchar_t wide[8];
-  for (const int mode : {0, 1}) {
-    SetUTF8mode(mode);
-    for (const auto& convert : NarrowConversions()) EXPECT_EQ(convert(narrow, 8, "ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMB16to8(narrow, 8, L"ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMB8to16(wide, 8, "ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMB16toCodePage(nullptr, narrow, 8, L"ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMBCodePageto16(nullptr, wide, 8, "ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMB16toGeneric(narrow, 8, L"ab", -1, nullptr), 2);
-    EXPECT_EQ(QULTMBGenericto16(wide, 8, "ab", -1, nullptr), 2);
-  }
+  ForEachConversion([](const auto& conversions) { ExpectStatusOptional(conversions); });
 }
 
-TEST_F(TranscodeBuffer, NullSourceIsEmpty) {
-  const auto narrow = [](char* to, int size, int* status) {
-    return QULTMB16to8(to, size, static_cast<const wchar_t*>(nullptr), -1, status);
-  };
-  EXPECT_EQ(LeftBy<char>(3, narrow), (Left<char>{"\0#######"s, 0, 0}));
-  const auto copy = [](char* to, int size, int* status) { return QULTMB8toGeneric(to, size, nullptr, 4, status); };
-  EXPECT_EQ(LeftBy<char>(3, copy), (Left<char>{"   #####", 0, 0}));
+TEST_F(TranscodeBuffer, NullSourceIsEmptyInEveryConversion) {
+  ForEachConversion([](const auto& conversions) { ExpectNullSourceEmpty(conversions); });
 }
 
 TEST_F(TranscodeBuffer, PlainCopyTakesBytesAsTheyAreWithStatusZero) {
@@ -451,6 +491,11 @@ TEST_F(TranscodeBuffer, GenericIsUtf8InUtf8Mode) {
   EXPECT_STREQ(narrow, "\u4e2d");
   QULTMBGenericto16(wide, 16, "\u4e2d", -1, &status);
   EXPECT_STREQ(wide, L"\u4e2d");
+  QULTMB16toGeneric(narrow, 16, u"\u4e00", -1, &status);
+  EXPECT_STREQ(narrow, "\u4e00");
+  char16_t sixteen[16];
+  QULTMBGenericto16(sixteen, 16, "\u4e2d", -1, &status);
+  EXPECT_TRUE(std::u16string(sixteen) == u"\u4e2d");
   QULTMB8toGeneric(narrow, 16, "\u4e2d", -1, &status);
   EXPECT_STREQ(narrow, "\u4e2d");
   QULTMBGenericto8(narrow, 16, "\u4e2d", -1, &status);
@@ -472,6 +517,11 @@ TEST_F(TranscodeBuffer, GenericIsInTheDefaultEncodingOutsideUtf8Mode) {
   EXPECT_STREQ(narrow, "\xE9");
   QULTMBGenericto16(wide, 16, "\xE9", -1, &status);
   EXPECT_STREQ(wide, L"\u00e9");
+  QULTMB16toGeneric(narrow, 16, u"\u00e8", -1, &status);
+  EXPECT_STREQ(narrow, "\xE8");
+  char16_t sixteen[16];
+  QULTMBGenericto16(sixteen, 16, "\xE9", -1, &status);
+  EXPECT_TRUE(std::u16string(sixteen) == u"\u00e9");
   QULTMB8toGeneric(narrow, 16, "\u00e9", -1, &status);
   EXPECT_STREQ(narrow, "\xE9");
   QULTMBGenericto8(narrow, 16, "\xE9", -1, &status);

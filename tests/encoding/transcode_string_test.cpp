@@ -157,12 +157,17 @@ TEST_F(TranscodeString, SourceMayBeTheDestination) {
 TEST_F(TranscodeString, GenericIsUtf8InUtf8Mode) {
   std::string bytes;
   std::wstring wide;
+  std::u16string sixteen;
   void* const page = latin_.Get();
   for (void* const converter : {page, static_cast<void*>(nullptr)}) {
     EXPECT_EQ(QULTMBGenericToU16(converter, wide, "\u4e2d"), 0);
     EXPECT_EQ(wide, L"\u4e2d");
     EXPECT_EQ(QULTMBU16ToGeneric(converter, bytes, L"\u4e2d"s), 0);
     EXPECT_EQ(bytes, "\u4e2d");
+    EXPECT_EQ(QULTMBGenericToU16(converter, sixteen, "\u4e00"), 0);
+    EXPECT_TRUE(sixteen == u"\u4e00");
+    EXPECT_EQ(QULTMBU16ToGeneric(converter, bytes, u"\u4e00"s), 0);
+    EXPECT_EQ(bytes, "\u4e00");
     EXPECT_EQ(QULTMBGenericToU8(converter, bytes, "\xFF"), 0);
     EXPECT_EQ(bytes, "\xFF");
     EXPECT_EQ(QULTMBU8ToGeneric(converter, bytes, "\xFF"), 0);
@@ -209,6 +214,8 @@ TEST_F(TranscodeString, GenericWithConverterUsesItOutsideUtf8Mode) {
   EXPECT_TRUE(sixteen == u"\u3042");
   EXPECT_EQ(QULTMBU16ToGeneric(japanese_.Get(), bytes, L"\u3042"s), 0);
   EXPECT_EQ(bytes, "\x82\xA0");
+  EXPECT_EQ(QULTMBU16ToGeneric(japanese_.Get(), bytes, u"\u3044"s), 0);
+  EXPECT_EQ(bytes, "\x82\xA2");
   EXPECT_EQ(QULTMBGenericToU8(japanese_.Get(), bytes, "\x82\xA0"), 0);
   EXPECT_EQ(bytes, "\u3042");
   EXPECT_EQ(QULTMBU8ToGeneric(japanese_.Get(), bytes, "\u3042"), 0);
@@ -232,7 +239,11 @@ TEST_F(TranscodeString, TextBeyondIntGives2AndAnEmptyDestination) {
   bytes = "before";
   EXPECT_EQ(QULTMBU16ToCodePage(latin_.Get(), bytes, wide), 2);
   EXPECT_EQ(bytes, "");
+  bytes = "before";
+  EXPECT_EQ(QULTMBU16ToGeneric(bytes, wide), 2);
+  EXPECT_EQ(bytes, "");
   EXPECT_EQ(QULTMBTranscodeU8(wide.c_str()), nullptr);
+  EXPECT_EQ(QULTMBTranscodeCodePage(wide.c_str()), nullptr);
 }
 
 TEST_F(TranscodeString, Utf8BeyondIntGives2AndAnEmptyDestination) {
@@ -240,12 +251,20 @@ TEST_F(TranscodeString, Utf8BeyondIntGives2AndAnEmptyDestination) {
   std::wstring wide = L"before";
   EXPECT_EQ(QULTMBU8ToU16(wide, source), 2);
   EXPECT_EQ(wide, L"");
+  wide = L"before";
+  EXPECT_EQ(QULTMBCodePageToU16(latin_.Get(), wide, source), 2);
+  EXPECT_EQ(wide, L"");
   std::string bytes = "before";
+  EXPECT_EQ(QULTMBCodePageToU8(latin_.Get(), bytes, source), 2);
+  EXPECT_EQ(bytes, "");
+  bytes = "before";
   EXPECT_EQ(QULTMBU8ToCodePage(latin_.Get(), bytes, source), 2);
   EXPECT_EQ(bytes, "");
   bytes = "before";
   EXPECT_EQ(QULTMBGenericToU8(bytes, source), 2);  // a plain copy in UTF-8 mode
   EXPECT_EQ(bytes, "");
+  EXPECT_EQ(QULTMBTranscodeU8(source.c_str()), nullptr);
+  EXPECT_EQ(QULTMBTranscodeCodePage(source.c_str()), nullptr);
 }
 
 TEST_F(TranscodeString, NewArraysHoldTheTextAndItsTerminator) {
