@@ -22,6 +22,7 @@ endfunction()
 
 rqxml_add_test_locale(de_DE.UTF-8 de_DE UTF-8)
 rqxml_add_test_locale(en_US en_US ISO-8859-1)
+rqxml_add_test_locale(tr_TR.ISO-8859-9 tr_TR ISO-8859-9)
 rqxml_add_test_locale(ja_JP.SJIS ja_JP SHIFT_JIS)
 rqxml_add_test_locale(zh_CN.GBK zh_CN GBK)
 rqxml_add_test_locale(zh_TW.BIG5 zh_TW BIG5)

@@ -1,11 +1,11 @@
 #include "rqxml/encoding/RQMEMConverter.h"
 
-#include <strings.h>
-
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "rqxml/encoding/RQMEMClone.h"
@@ -33,13 +33,22 @@ OwnedConverter Open(const char* name) {
   return U_SUCCESS(error) ? std::move(converter) : nullptr;
 }
 
+/// In any case of its letters, which the locale has no say in: Turkish pairs them otherwise.
+bool IsWindowsNameOfLatin1(std::string_view name) {
+  constexpr std::string_view kName = "windows-28591";
+  const auto isSame = [](char given, char lower) {
+    return (given >= 'A' && given <= 'Z' ? given - 'A' + 'a' : given) == lower;
+  };
+  return std::equal(name.begin(), name.end(), kName.begin(), kName.end(), isSame);
+}
+
 OwnedConverter OpenNamed(const char* name) {
   if (const auto number = CodePageNumber(name)) {
     const std::string known = CodePageName(*number);
     return known.empty() ? nullptr : Open(known.c_str());
   }
   OwnedConverter converter = Open(name);
-  if (!converter && strcasecmp(name, "windows-28591") == 0) converter = Open("ISO-8859-1");
+  if (!converter && IsWindowsNameOfLatin1(name)) converter = Open("ISO-8859-1");
   return converter;
 }
 

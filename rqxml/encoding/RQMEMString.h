@@ -134,7 +134,8 @@ RQ_API char* QULTMBAnsiPrev_C(const char* start, const char* p);
 /// @param end       the byte offset of the text's end: all bytes before it can be read, and a zero byte among those
 ///                  that belong to the character does not end it; negative: the zero byte at or behind `offset`
 /// @returns the bytes read; 0 when `end` is not above `offset` or a zero byte stands there; -1 when the sequence is
-///          malformed, unassigned or cut, or when there is no converter
+///          malformed, unassigned or cut, or half a surrogate pair, or when there is no converter. In ISCII, where a
+///          character may change with the next one, ICU reads that one too.
 RQ_API int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end);
 
 /// 1 when the byte `c` is a lead byte: the locale's longest character has two bytes, and `c` alone is the beginning of

@@ -31,7 +31,9 @@ class Reader {
   Reader(const char* s, std::size_t length) : fAt(s), fLeft(length), fCanConvert(fClone) {
     if (!fCanConvert) return;
     StopAtBadBytes(fClone.Get());
-    fForgetsItsEnd = TraitsOf(*fClone.Get()).ForgetsItsEnd();
+    const ConverterTraits traits = TraitsOf(*fClone.Get());
+    fForgetsItsEnd = traits.ForgetsItsEnd();
+    fGoesByteByByte = fForgetsItsEnd || traits.type == UCNV_BOCU1;
     fReadTo = fAt;
   }
 
@@ -39,8 +41,11 @@ class Reader {
     if (!HasUnit()) return NextBad();
     const char16_t unit = fUnits[fNextUnit++];
     if (unit < 0x80) return caseless::LowerAscii(unit);
-    if (!U16_IS_LEAD(unit) || !HasUnit() || !U16_IS_TRAIL(fUnits[fNextUnit])) return caseless::Lower(unit);
-    return caseless::Lower(U16_GET_SUPPLEMENTARY(unit, fUnits[fNextUnit++]));
+    if (!U16_IS_SURROGATE(unit)) return caseless::Lower(unit);
+    if (U16_IS_LEAD(unit) && HasUnit() && U16_IS_TRAIL(fUnits[fNextUnit]))
+      return caseless::Lower(U16_GET_SUPPLEMENTARY(unit, fUnits[fNextUnit++]));
+    fHasMetMalformed = true;
+    return unit;
   }
 
   bool HasMetMalformed() const { return fHasMetMalformed; }
@@ -61,7 +66,7 @@ class Reader {
   }
 
   void Fill() {
-    const std::size_t most = fForgetsItsEnd ? 1 : kPiece;
+    const std::size_t most = fGoesByteByByte ? 1 : kPiece;
     const std::size_t piece = strnlen(fAt, std::min(fLeft, most));
     const bool isLast = piece < most;
     const char* const begin = fAt;
@@ -73,6 +78,7 @@ class Reader {
   }
 
   void Convert(const char* end, bool isLast) {
+    const char* const begin = fGoesByteByByte ? fReadTo : fAt;
     UErrorCode error = U_ZERO_ERROR;
     char16_t* unitsEnd = fUnits.data();
     const bool flush = isLast && !fForgetsItsEnd;
@@ -80,25 +86,27 @@ class Reader {
     fNextUnit = 0;
     fUnitsEnd = static_cast<std::size_t>(unitsEnd - fUnits.data());
     if (fUnitsEnd > 0 || U_FAILURE(error)) fReadTo = fAt;
-    if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid();
+    if (U_FAILURE(error) && error != U_BUFFER_OVERFLOW_ERROR) TakeInvalid(begin);
     // After a failure the converter may hold bytes back that it will read again.
     fIsDone = isLast && U_SUCCESS(error);
     if (!fIsDone || !fForgetsItsEnd || !IsInsideCharacter(*fClone.Get())) return;
-    fNextBad = fReadTo;  // what is begun at the end
+    fNextBad = fReadTo == fAt ? fAt - 1 : fReadTo;  // what is begun at the end, also by the last byte of a character
     fBadEnd = fAt;
   }
 
-  // The bytes at which the converter stopped. A converter that does not tell them cannot go on.
-  void TakeInvalid() {
+  // The bytes at which the converter stopped. Some do not tell them: then it is the last one that was read, or all
+  // since `begin`, where the last character ended.
+  void TakeInvalid(const char* begin) {
     auto length = static_cast<std::int8_t>(fInvalid.size());
     UErrorCode error = U_ZERO_ERROR;
     ucnv_getInvalidChars(fClone.Get(), fInvalid.data(), &length, &error);
-    if (U_FAILURE(error) || length <= 0) {
+    const bool told = U_SUCCESS(error) && length > 0;
+    if (!told && fAt == begin) {
       fCanConvert = false;
       return;
     }
-    fNextBad = fInvalid.data();
-    fBadEnd = fNextBad + length;
+    fNextBad = told ? fInvalid.data() : fGoesByteByByte ? begin : fAt - 1;
+    fBadEnd = told ? fNextBad + length : fAt;
   }
 
   void TakeAsBad(std::size_t count, bool isLast) {
@@ -111,7 +119,8 @@ class Reader {
   std::size_t fLeft;
   ConverterClone fClone;
   bool fCanConvert;
-  bool fForgetsItsEnd = false;  // then it goes byte by byte, to know where the last character ended
+  bool fForgetsItsEnd = false;
+  bool fGoesByteByByte = false;  // to know where the last character ended
   const char* fReadTo = nullptr;
   std::array<char16_t, kPiece> fUnits;  // what Fill has not written is not read
   std::size_t fNextUnit = 0;
@@ -161,7 +170,7 @@ int QULTMBU32Get_C(int* codePoint, const char* s, int offset, int end) {
   const char* next = s + offset;
   UErrorCode error = U_ZERO_ERROR;
   const UChar32 character = ucnv_getNextUChar(clone.Get(), &next, s + end, &error);
-  if (U_FAILURE(error)) return -1;
+  if (U_FAILURE(error) || U_IS_SURROGATE(character)) return -1;
   *codePoint = character;
   return static_cast<int>(next - (s + offset));
 }

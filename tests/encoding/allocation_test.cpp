@@ -119,6 +119,15 @@ TEST_F(Allocation, DestinationWithoutMemoryGives2AndIsEmpty) {
   EXPECT_TRUE(result.empty());
 }
 
+TEST_F(Allocation, DestinationIsEmptyWhereMemoryFailsMidway) {
+  const std::string utf8(40000, 'a');
+  for (long count = 0; count < 3; ++count) {
+    std::wstring result;
+    EXPECT_EQ(WithAllocations(count, [&] { return QULTMBU8ToU16(result, utf8); }), 2) << count;
+    EXPECT_TRUE(result.empty()) << count;
+  }
+}
+
 TEST_F(Allocation, NewArrayIsNullAtAnyFailure) {
   for (const std::size_t length : {1U, 300U, 2000U, 40000U}) {
     const std::wstring wide(length, L'\u4e2d');

@@ -11,6 +11,7 @@
 
 #include "rqxml/encoding/RQMEMTranscode.h"
 #include "tests/support/reference_transcode.h"
+#include "tests/support/test_locale.h"
 
 namespace {
 
@@ -70,6 +71,8 @@ TEST_F(Converter, CodePageBesideTheTableIsTriedAsWindowsThenAsCp) {
   EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C("874"))), OpenedByIcu("windows-874"));
   EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C("37"))), OpenedByIcu("cp037"));
   EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C("437"))), OpenedByIcu("cp437"));
+  ASSERT_NE(OpenedByIcu("windows-1200"), OpenedByIcu("cp1200"));
+  EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C("1200"))), OpenedByIcu("windows-1200"));
 }
 
 TEST_F(Converter, LeadingZerosDoNotChangeANumber) {
@@ -106,6 +109,17 @@ TEST_F(Converter, UnknownAndEmptyNamesOpenNothing) {
 TEST_F(Converter, Windows28591IsLatin1WhateverTheCase) {
   for (const char* name : {"windows-28591", "WINDOWS-28591", "Windows-28591"})
     EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C(name))), OpenedByIcu("ISO-8859-1")) << name;
+}
+
+TEST_F(Converter, Windows28591IsLatin1InATurkishLocaleToo) {
+  const rqtest::TestLocale turkish("tr_TR.ISO-8859-9");
+  ASSERT_TRUE(turkish.IsSet());
+  EXPECT_EQ(NameOf(QULTMBConverterHandle(QULTMBConverterNew_C("WINDOWS-28591"))), OpenedByIcu("ISO-8859-1"));
+}
+
+TEST_F(Converter, Windows28591IsLatin1AsAWholeNameAlone) {
+  for (const char* name : {"windows-2859", "windows-285911", "windows_28591"})
+    EXPECT_EQ(QULTMBConverterNew_C(name), nullptr) << name;
 }
 
 TEST_F(Converter, NullNameIsLikeTheDefaultConverter) {
@@ -153,9 +167,13 @@ TEST_F(Converter, DefaultConverterIsReplacedAndCounted) {
 TEST_F(Converter, DefaultConverterThatCannotBeOpenedChangesNothing) {
   const UConverter* const converter = QULTMBGetDefaultConverter();
   const int before = QULTMBDefaultConverterID();
-  for (const char* name : {"no such encoding", "", "12345", "UTF-8\xFF"}) EXPECT_FALSE(QULTMBSetDefaultConverter(name));
+  const std::string longest = "UTF-8" + std::string(54, '-');
+  const std::string tooLong = longest + "-";
+  for (const char* name : {"no such encoding", "", "12345", "UTF-8\xFF", tooLong.c_str()})
+    EXPECT_FALSE(QULTMBSetDefaultConverter(name)) << name;
   EXPECT_EQ(QULTMBGetDefaultConverter(), converter);
   EXPECT_EQ(QULTMBDefaultConverterID(), before);
+  EXPECT_TRUE(QULTMBSetDefaultConverter(longest.c_str()));
 }
 
 TEST_F(Converter, DefaultConverterComesBackFromAnEncodingWithoutAscii) {

@@ -85,6 +85,13 @@ TEST_F(Name, SetFromACodePage) {
   EXPECT_EQ(name.GetU8(), "\u00e9");
 }
 
+TEST_F(Name, SetFromACodePageWithoutConverterUsesTheDefaultOne) {
+  ASSERT_TRUE(QULTMBSetDefaultConverter("932"));
+  ExtNameStr name;
+  name.SetCP("\x82\xA0", nullptr);
+  EXPECT_EQ(name.GetU8(), "\u3042");
+}
+
 TEST_F(Name, ErrorOfTheSettersOwnConversionIsNotKept) {
   ExtNameStr name;
   name.SetCP("a\x82", japanese_.Get());
@@ -199,7 +206,7 @@ TEST_F(Name, CopyHasAllFormsAndTheError) {
   ExtNameStr assigned;
   assigned = copy;
   EXPECT_EQ(assigned.ErrorCode(), 3);
-  EXPECT_EQ(assigned.GetSystem(), copy.GetSystem());
+  EXPECT_EQ(assigned.GetSystem(), "a?");
 }
 
 TEST_F(Name, CopyOfAStaleNameIsRefreshedByItself) {

@@ -283,6 +283,21 @@ TEST(FirstUse, MalformedSystemTextIsKeptAndNotReportedUntilARefresh) {
             "a\x82 a? 0 a? a? 0");
 }
 
+TEST(FirstUse, NameIsWrittenWithTheDefaultConverterWhereTheSystemEncodingIsUnknown) {
+  for (const int mode : {0, 1}) {
+    EXPECT_EQ(InChild([mode] {
+                UseTestLocale("de_DE.UTF-8@variant.2");
+                SetUTF8mode(mode);
+                QULTMBSetDefaultConverter("932");
+                ExtNameStr name;
+                name.SetU8("\u3042");
+                return name.GetSystem();
+              }),
+              "\x82\xA0")
+        << mode;
+  }
+}
+
 // The name of the encoding is converted first: a default converter that has no ASCII makes it unreadable.
 TEST(FirstUse, NameIsWrittenWithTheDefaultConverterWhereTheSystemOneCannotBeNamed) {
   EXPECT_EQ(InChild([] {

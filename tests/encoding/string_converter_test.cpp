@@ -193,9 +193,10 @@ TEST(ConverterCaseless, TakesACharacterThatTheLengthCutsForMalformedBytes) {
 
 TEST(ConverterCaseless, TakesACharacterThatIcuDropsAtTheEndForMalformedBytes) {
   const std::tuple<const char*, std::string, std::string> rows[] = {
-      {"HZ", "a~{0", "a~{1"}, {"HZ", "a~{0", "a"},       {"HZ", "~{0", ""},    {"HZ", "a~", "a"},
-      {"UTF-7", "a+AA", "a"}, {"UTF-7", "a+A", "a"},     {"UTF-7", "a+", "a"}, {"UTF-7", "a+A", "a+AA"},
-      {"UTF-7", "a+AG", "a"}, {"UTF-7", "+AGEA", "+AGE"}};
+      {"HZ", "a~{0", "a~{1"},     {"HZ", "a~{0", "a"},       {"HZ", "~{0", ""},
+      {"HZ", "a~", "a"},          {"UTF-7", "a+AA", "a"},    {"UTF-7", "a+A", "a"},
+      {"UTF-7", "a+", "a"},       {"UTF-7", "a+A", "a+AA"},  {"UTF-7", "a+AG", "a"},
+      {"UTF-7", "+AGEA", "+AGE"}, {"UTF-7", "+AGF", "+AGE"}, {"UTF-7", "+AGE-+AGF", "+AGE-+AGE"}};
   for (const auto& [encoding, cut, other] : rows) {
     ASSERT_TRUE(QULTMBSetDefaultConverter(encoding));
     int status = -1;
@@ -203,6 +204,41 @@ TEST(ConverterCaseless, TakesACharacterThatIcuDropsAtTheEndForMalformedBytes) {
     EXPECT_EQ(status, 3) << encoding << ' ' << cut;
     EXPECT_NE(QULTMBstrnicmp_C(cut.c_str(), other.c_str(), 100), 0) << encoding << ' ' << cut;
     EXPECT_EQ(QULTMBqstricmp_C(cut.c_str(), -1, cut.c_str(), -1, &status), 1) << encoding << ' ' << cut;
+  }
+  QULTMBSetDefaultConverter("UTF-8");
+}
+
+TEST(ConverterCaseless, TakesBytesThatIcuDoesNotTellForMalformedOnes) {
+  const std::tuple<const char*, std::string, std::string> rows[] = {
+      {"gsm-03.38-2009", "\xE3", "\xE4"}, {"gsm-03.38-2009", "x\x80", "x"}, {"BOCU-1", "\x24\x32\xC9", "\x24\x32\xC8"}};
+  for (const auto& [encoding, malformed, other] : rows) {
+    ASSERT_TRUE(QULTMBSetDefaultConverter(encoding));
+    int status = -1;
+    EXPECT_EQ(QULTMBqstricmp_C(malformed.c_str(), -1, other.c_str(), -1, &status), 0) << encoding;
+    EXPECT_EQ(status, 3) << encoding;
+    EXPECT_EQ(QULTMBqstricmp_C(malformed.c_str(), -1, malformed.c_str(), -1, &status), 1) << encoding;
+    EXPECT_EQ(status, 3) << encoding;
+  }
+  ASSERT_TRUE(QULTMBSetDefaultConverter("gsm-03.38-2009"));
+  EXPECT_EQ(QULTMBqstricmp_C("\xE3\x42", -1, "\xE3\x62", -1, nullptr), 1);
+  QULTMBSetDefaultConverter("UTF-8");
+}
+
+TEST(ConverterCaseless, TakesHalfASurrogatePairForMalformed) {
+  const std::tuple<const char*, std::string, std::string> rows[] = {{"CESU-8", "\xED\xA0\x80z", "\xED\xA0\x81z"},
+                                                                    {"CESU-8", "\xED\xB0\x80", "\xED\xB0\x81"},
+                                                                    {"UTF-7", "+2AA-z", "+2AE-z"},
+                                                                    {"IMAP-mailbox-name", "&2AA-", "&2AE-"}};
+  for (const auto& [encoding, half, other] : rows) {
+    ASSERT_TRUE(QULTMBSetDefaultConverter(encoding));
+    int status = -1;
+    EXPECT_EQ(QULTMBqstricmp_C(half.c_str(), -1, half.c_str(), -1, &status), 1) << encoding;
+    EXPECT_EQ(status, 3) << encoding;
+    EXPECT_EQ(QULTMBqstricmp_C(half.c_str(), -1, other.c_str(), -1, &status), 0) << encoding;
+    EXPECT_EQ(status, 3) << encoding;
+    int codePoint = -1;
+    EXPECT_EQ(QULTMBU32Get_C(&codePoint, half.c_str(), 0, -1), -1) << encoding;
+    EXPECT_EQ(codePoint, 0) << encoding;
   }
   QULTMBSetDefaultConverter("UTF-8");
 }

@@ -85,6 +85,15 @@ TEST_F(TranscodeBuffer, ZeroTerminatedSourceIsTerminatedAndNotPadded) {
   EXPECT_EQ(LeftBy<char>(3, narrow), (Left<char>{"ab\0#####"s, 2, 0}));
 }
 
+TEST_F(TranscodeBuffer, AnyNegativeLengthMeansUpToTheZero) {
+  for (const int length : {-1, -2, -1000}) {
+    const auto narrow = [&](char* to, int size, int* status) { return QULTMB16to8(to, size, L"ab", length, status); };
+    EXPECT_EQ(LeftBy<char>(5, narrow), (Left<char>{"ab\0#####"s, 2, 0}));
+    const auto copy = [&](char* to, int size, int* status) { return QULTMB8toGeneric(to, size, "ab", length, status); };
+    EXPECT_EQ(LeftBy<char>(5, copy), (Left<char>{"ab\0#####"s, 2, 0}));
+  }
+}
+
 TEST_F(TranscodeBuffer, ZeroTerminatedAndCutHasBlanksUpToTheTerminator) {
   const auto narrow = [](char* to, int size, int* status) {
     return QULTMB16to8(to, size, L"a\u20ac\u20ac", -1, status);
@@ -330,6 +339,40 @@ TEST_F(TranscodeBuffer, MalformedTextIsReplacedOnTheWayToACodePage) {
   EXPECT_EQ(LeftBy<char>(6, fromWide), (Left<char>{"a?z   ##", 3, 3}));
 }
 
+TEST_F(TranscodeBuffer, EachMalformedSequenceIsReplacedOnItsOwn) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"a\xED\xA0\x80z", "a\?\?\?z"}, {"a\xF4\x90\x80\x80z", "a\?\?\?\?z"},
+      {"a\xE0\x80\x80z", "a\?\?\?z"}, {"a\xF0\x80\x80\x80z", "a\?\?\?\?z"},
+      {"a\xF0\x9F\x98z", "a?z"},      {"a\xED\x9Fz", "a?z"}};
+  for (const auto& [text, expected] : rows)
+    for (const std::size_t behind : {0U, 400U}) {  // long text goes another way
+      std::string page;
+      EXPECT_EQ(QULTMBU8ToCodePage(latin_.Get(), page, text + std::string(behind, 'e')), 3);
+      EXPECT_EQ(page, expected + std::string(behind, 'e'));
+    }
+}
+
+TEST_F(TranscodeBuffer, CutBetweenMalformedSequencesOfSeveralBytes) {
+  std::string text;
+  for (int i = 0; i < 10; ++i) text += "\xE2\x82";
+  for (int i = 0; i < 10; ++i) text += "b\xF0\x9F\x98";
+  for (const char* name : {"1252", "932"}) {
+    const QULTMBConverterHandle converter(QULTMBConverterNew_8(name));
+    std::string whole;
+    QULTMBU8ToCodePage(converter.Get(), whole, text);
+    ASSERT_EQ(whole.size(), 30U) << name;
+    for (std::size_t size = 1; size < whole.size(); ++size) {
+      std::string to(size, '#');
+      int status = -1;
+      EXPECT_EQ(QULTMB8toCodePage(converter.Get(), to.data(), static_cast<int>(size), text.data(),
+                                  static_cast<int>(text.size()), &status),
+                static_cast<int>(size));
+      EXPECT_EQ(to, whole.substr(0, size)) << name;
+      EXPECT_EQ(status, 3);
+    }
+  }
+}
+
 TEST_F(TranscodeBuffer, NativeWideCharacterAboveTheBasicPlaneIsThatCharacter) {
   const std::wstring text = {L'a', static_cast<wchar_t>(0x1F600)};
   const auto narrow = [&](char* to, int size, int* status) { return QULTMB16to8(to, size, text.c_str(), -1, status); };
@@ -349,6 +392,18 @@ TEST_F(TranscodeBuffer, WideValueThatIsNoCharacterIsReplacedAlone) {
       return QULTMB16toCodePage(latin_.Get(), to, size, text.data(), 3, status);
     };
     EXPECT_EQ(LeftBy<char>(4, page), (Left<char>{"??? ####", 3, 3}));
+  }
+}
+
+TEST_F(TranscodeBuffer, WideValueThatIsNoCharacterIsReplacedAloneBehindAPieceToo) {
+  const QULTMBConverterHandle unicode(QULTMBConverterNew_8("UTF-8"));
+  for (std::size_t before = 4085; before < 4100; ++before) {
+    std::wstring text(before, L'\u00e9');
+    text += static_cast<wchar_t>(0xD83D);
+    text += static_cast<wchar_t>(0x110000);
+    std::string to;
+    EXPECT_EQ(QULTMBU16ToCodePage(unicode.Get(), to, text), 3) << before;
+    EXPECT_EQ(to.substr(to.size() - 2), "\?\?") << before;
   }
 }
 
@@ -558,6 +613,43 @@ TEST_F(TranscodeBuffer, ConverterItselfIsNeverChanged) {
   EXPECT_EQ(QULTMBCodePageToU8(converter, second, "\xB1z"), 0);
   EXPECT_EQ(first, "\uFF71z");
   EXPECT_EQ(second, first);
+}
+
+TEST_F(TranscodeBuffer, ShiftThatSomeoneLeftInTheConverterIsNotPartOfTheText) {
+  const QULTMBConverterHandle mail(QULTMBConverterNew_8("ISO-2022-JP"));
+  char bytes[16];
+  char* target = bytes;
+  const char16_t* source = u"\u3042";
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_fromUnicode(static_cast<UConverter*>(mail.Get()), &target, bytes + sizeof bytes, &source, source + 1, nullptr, 0,
+                   &error);
+  std::string to;
+  EXPECT_EQ(QULTMBU8ToCodePage(mail.Get(), to, "\u3042"), 0);
+  EXPECT_EQ(to, "\x1B$B$\"\x1B(B");
+}
+
+// Nothing is known of such a converter, whatever the context of its callback says.
+TEST_F(TranscodeBuffer, ConverterWithAForeignCallbackConvertsAsIcuDoes) {
+  const int context[16] = {2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 2};
+  for (const void* const any : {static_cast<const void*>(nullptr), static_cast<const void*>(context)})
+    for (const char* name : {"UTF-16LE", "ISO-2022-KR", "1252"}) {
+      const QULTMBConverterHandle known(QULTMBConverterNew_8(name));
+      const QULTMBConverterHandle foreign(QULTMBConverterNew_8(name));
+      UErrorCode error = U_ZERO_ERROR;
+      ucnv_setFromUCallBack(static_cast<UConverter*>(foreign.Get()), UCNV_FROM_U_CALLBACK_SUBSTITUTE, any, nullptr,
+                            nullptr, &error);
+      std::string expected;
+      std::string to;
+      EXPECT_EQ(QULTMBU8ToCodePage(foreign.Get(), to, "ab"), 0) << name;
+      QULTMBU8ToCodePage(known.Get(), expected, "ab");
+      EXPECT_EQ(to, expected) << name;
+      EXPECT_EQ(QULTMBU8ToCodePage(foreign.Get(), to, "a\u4e2d\u00e9"),
+                QULTMBU8ToCodePage(known.Get(), expected, "a\u4e2d\u00e9"));
+      EXPECT_EQ(to, expected) << name;
+      const std::string page = expected;
+      EXPECT_EQ(QULTMBCodePageToU8(foreign.Get(), to, page), QULTMBCodePageToU8(known.Get(), expected, page)) << name;
+      EXPECT_EQ(to, expected) << name;
+    }
 }
 
 }  // namespace

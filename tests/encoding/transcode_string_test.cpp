@@ -121,12 +121,29 @@ TEST_F(TranscodeString, HalfASurrogatePairThatAnEncodingSpellsIsReportedInEveryF
     EXPECT_EQ(QULTMBCodePageToU8(converter.Get(), utf8, text), 3) << name << ' ' << text;
     EXPECT_TRUE(std::u16string(wide.begin(), wide.end()) == narrow);
   }
+  const QULTMBConverterHandle compressed(QULTMBConverterNew_8("SCSU"));
+  std::string utf8;
+  EXPECT_EQ(QULTMBCodePageToU8(compressed.Get(), utf8, "a\x0E\xD8\0z"s), 3);
+  std::u16string sixteen;
+  EXPECT_EQ(QULTMBCodePageToU16(compressed.Get(), sixteen, "a\x0E\xD8\0z"s), 3);
   const QULTMBConverterHandle utf7(QULTMBConverterNew_8("UTF-7"));
   std::wstring wide;
   for (int before = 0; before < 5000; before += before < 4080 ? 255 : 1) {  // a pair across inner buffers is none
     EXPECT_EQ(QULTMBCodePageToU16(utf7.Get(), wide, std::string(static_cast<std::size_t>(before), 'a') + "+2D3eAA-z"),
               0)
         << before;
+  }
+}
+
+TEST_F(TranscodeString, PairAcrossInnerBuffersIsOneCharacter) {
+  const QULTMBConverterHandle chinese(QULTMBConverterNew_8("gb18030"));
+  for (std::size_t before = 4085; before < 4100; ++before) {
+    const std::string utf8 = "\u00e9" + std::string(before, 'a') + "\U0001F600z";
+    std::string page;
+    std::string back;
+    EXPECT_EQ(QULTMBU8ToCodePage(chinese.Get(), page, utf8), 0) << before;
+    EXPECT_EQ(QULTMBCodePageToU8(chinese.Get(), back, page), 0) << before;
+    EXPECT_TRUE(back == utf8) << before;
   }
 }
 

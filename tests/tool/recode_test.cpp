@@ -202,6 +202,13 @@ TEST_F(Recode, TheReportGoesToStandardErrorWhenTheTextGoesToStandardOutput) {
   EXPECT_EQ(report.at("firstReplaced"), 1);
 }
 
+TEST_F(Recode, AReportThatIsLostIsNoSuccess) {
+  const ToolResult result =
+      RunTool(ToolCall{.arguments = Arguments("UTF-8", "1252", {"--json"}), .input = "text", .errorFile = "/dev/full"});
+  EXPECT_EQ(result.exitCode, 3) << result;
+  EXPECT_EQ(result.out, "text");
+}
+
 TEST_F(Recode, TheReportTellsThatStrictKeptTheResultBack) {
   const std::string in = WriteFile(folder_.File("in"), "a" + kKanji);
   const ToolResult result = RunTool(Arguments("UTF-8", "1252", {"--json", "--strict", in, Out()}));

@@ -222,6 +222,19 @@ TEST(Recoder, TellsHowManyCharactersWereReplacedAndWhereTheFirstBegins) {
       {"UTF-8", "HZ", "\xE4\xB8\xAD", "~{VP~}", 0, 0},
       {"UTF-8", "HZ", "\xE4\xB8\xAD\xE4\xB8\xAD\xE2\x82\xAC", "~{VPVP~}?", 1, 6},
       {"UTF-8", "HZ", "\xE4\xB8\xAD\xE2\x82\xAC\xE4\xB8\xAD", "~{VP~}?~{VP~}", 1, 3},
+      {"HZ", "1252", "~{VP~}", "?", 1, 2},
+      {"HZ", "1252", "ab~{VPVP~}", "ab??", 2, 4},
+      {"ISCII,version=0", "1252", "a\xA4\x62", "a?b", 1, 1},
+      // Half a surrogate pair: replaced, or counted where it can be written.
+      {"UTF-7", "HZ", "a+2D0-", "~}a?", 1, 2},
+      {"UTF-7", "HZ", "+Ti3YPQ-", "~{VP~}?", 1, 3},
+      {"CESU-8", "HZ", "a\xED\xA0\xBD", "~}a?", 1, 1},
+      {"CESU-8", "UTF-8", "a\xED\xA0\xBD\xFF", "a??", 2, 1},
+      {"CESU-8", "CESU-8", "a\xED\xA0\xBD", "a\xED\xA0\xBD", 1, 1},
+      {"CESU-8", "CESU-8", "a\xED\xB8\x80z", "a\xED\xB8\x80z", 1, 1},
+      {"CESU-8", "CESU-8", "a\xED\xA0\xBD\xED\xA0\xBD\xED\xB8\x80", "a\xED\xA0\xBD\xED\xA0\xBD\xED\xB8\x80", 1, 1},
+      {"CESU-8", "LMBCS-1", "a\xED\xA0\xBDz", "a\x14\xD8=z", 1, 1},
+      {"UTF-7", "UTF-7", "a+2AA-b", "a+2AA-b", 1, 2},
       {"UTF-7", "UTF-8", "a+", "a?", 1, 1},
       {"UTF-7", "UTF-8", "a+!", "a?!", 1, 1},
       {"UTF-7", "UTF-8", "a+AGE", "aa", 0, 0},
@@ -248,6 +261,17 @@ TEST(Recoder, TellsHowManyCharactersWereReplacedAndWhereTheFirstBegins) {
           << row.from << " to " << row.to << ", " << Hex(row.text) << " in blocks of " << size;
     }
   }
+}
+
+TEST(Recoder, WithoutTextNothingIsWrittenNotWhatStandsBeforeIt) {
+  for (const char* name : {"ISO-2022-KR", "UTF-16", "UTF-32", "HZ", "x11-compound-text"}) {
+    EXPECT_EQ(Recode("UTF-8", name, ""), Recoded{}) << name;
+    EXPECT_EQ(Recode("UTF-16", name, "\xFF\xFE"), Recoded{}) << name;
+  }
+}
+
+TEST(Recoder, CharacterThatVanishesLeavesNoShiftBehind) {
+  EXPECT_EQ(Recode("UTF-8", "HZ", "\xC2\xAD"), (Recoded{"", 1, 0}));
 }
 
 TEST(Recoder, FindsTheFirstReplacedCharacterFarBehindTheBeginning) {
@@ -311,6 +335,15 @@ TEST(Encoding, AnUnknownOneIsWrongUsage) {
       EXPECT_THAT(e.GetProblem().what, ::testing::HasSubstr("--to: there is no encoding \"" + name + '"'));
       EXPECT_THAT(e.GetProblem().hint, ::testing::HasSubstr("rqxml encodings"));
     }
+  }
+}
+
+TEST(Encoding, ANameThatIsTooLongIsToldSo) {
+  try {
+    OpenEncoding(std::string(60, 'x'));
+    ADD_FAILURE();
+  } catch (const rqtool::Failure& e) {
+    EXPECT_THAT(e.GetProblem().what, ::testing::EndsWith(": a name has at most 59 bytes"));
   }
 }
 

@@ -72,14 +72,11 @@ Channel MakeTerminal(unsigned short columns) {
   return terminal;
 }
 
-Channel MakeOutput(const ToolCall& call) {
-  if (call.terminalColumns) return MakeTerminal(*call.terminalColumns);
-  if (!call.outputFile.empty()) {
-    Channel file = MakePipe();
-    file.in = Descriptor(open(call.outputFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    return file;
-  }
-  return MakePipe();
+Channel MakeOutput(const std::optional<unsigned short>& terminalColumns, const std::string& fileName) {
+  if (terminalColumns) return MakeTerminal(*terminalColumns);
+  Channel output = MakePipe();
+  if (!fileName.empty()) output.in = Descriptor(open(fileName.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  return output;
 }
 
 Channel MakeInput(const ToolCall& call) {
@@ -158,8 +155,8 @@ ToolResult RunTool(const ToolCall& call) {
   argv.push_back(nullptr);
 
   Channel in = MakeInput(call);
-  Channel out = MakeOutput(call);
-  Channel err = call.errorColumns ? MakeTerminal(*call.errorColumns) : MakePipe();
+  Channel out = MakeOutput(call.terminalColumns, call.outputFile);
+  Channel err = MakeOutput(call.errorColumns, call.errorFile);
   if (call.breakPipe) out.out.Close();
   const pid_t child = fork();
   Check(child >= 0, "fork");

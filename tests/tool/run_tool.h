@@ -17,6 +17,7 @@ struct ToolCall {
   std::vector<std::pair<std::string, std::string>> environment{};  ///< added to that of the test
   std::string inputFile{};                                         ///< is standard input instead of the pipe
   std::string outputFile{};                                        ///< takes standard output instead of the test
+  std::string errorFile{};                                         ///< takes standard error instead of the test
   bool closeInput = false;                                         ///< run without standard input
   bool closeOutput = false;                                        ///< run without standard output
   bool breakPipe = false;                                          ///< standard output is a pipe that nobody reads

@@ -97,7 +97,18 @@ Decoder::Piece Decoder::Convert(std::string_view& bytes, bool last) {
 std::uint64_t Decoder::CountPending() const {
   UErrorCode error = U_ZERO_ERROR;
   const std::int32_t count = ucnv_toUCountPending(&ConverterOf(fConverter), &error);
-  return U_SUCCESS(error) && count > 0 ? static_cast<std::uint64_t>(count) : 0;
+  if (U_SUCCESS(error) && count > 0) return static_cast<std::uint64_t>(count);
+  return HoldsByteBack() ? 1 : 0;
+}
+
+// HZ and ISCII hold one back that ICU does not count.
+bool Decoder::HoldsByteBack() const {
+  const UConverterType type = ucnv_getType(&GetConverter());
+  if (type == UCNV_HZ) return IsInsideCharacter();
+  if (type != UCNV_ISCII) return false;
+  std::string_view none;
+  Decoder probe = Clone();
+  return !probe.Convert(none, true).units.empty();
 }
 
 bool Decoder::IsClonable() const { return rqtool::IsClonable(ConverterOf(fConverter)); }

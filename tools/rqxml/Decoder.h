@@ -59,6 +59,7 @@ class Decoder {
   Piece Convert(std::string_view& bytes, bool last);
   Piece TakeForgottenEnd();
   bool IsInsideCharacter() const;
+  bool HoldsByteBack() const;
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it
   RQMEM_NAMESPACE::QULTMBConverterHandle fConverter;

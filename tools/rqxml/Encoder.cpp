@@ -1,5 +1,8 @@
 #include "Encoder.h"
 
+#include <unicode/utf16.h>
+
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -19,10 +22,11 @@ Encoder::Encoder(QULTMBConverterHandle converter)
     : fWatch(std::make_unique<Watch>()), fConverter(std::move(converter)) {
   ucnv_getFromUCallBack(&ConverterOf(fConverter), &fWatch->callback, &fWatch->context);
   Install();
+  fState.writesHalves = IsClonable() && WritesHalves();
 }
 
-Encoder::Encoder(QULTMBConverterHandle converter, const Watch& watch)
-    : fWatch(std::make_unique<Watch>(watch)), fConverter(std::move(converter)) {
+Encoder::Encoder(QULTMBConverterHandle converter, const Encoder& original)
+    : fWatch(std::make_unique<Watch>(*original.fWatch)), fConverter(std::move(converter)), fState(original.fState) {
   fWatch->replaced = 0;
   Install();
 }
@@ -43,18 +47,45 @@ void Encoder::Note(const void* context, UConverterFromUnicodeArgs* args, const U
 }
 
 void Encoder::Write(std::u16string_view units, bool last, const ByteSink& sink) {
+  fState.anyUnit = fState.anyUnit || !units.empty();
+  if (!fState.anyUnit) return;  // where there is no text ICU would still write what stands before it
+  if (fState.writesHalves) CountHalves(units, last);
   if (!last || ucnv_getType(&ConverterOf(fConverter)) != UCNV_HZ) return Convert(units, last, sink);
   Convert(units, false, sink);
-  const bool shifted = IsShifted();
-  Convert({}, true, sink);
-  if (shifted) sink("~}");
+  EndHz(sink);
 }
 
-// Of HZ, which ICU leaves shifted at the end: behind shifted text this character needs no shift.
-bool Encoder::IsShifted() const {
+// ICU leaves HZ shifted, and drops the first half of a pair there. What the text lacks is what a letter brings about
+// before itself; of a text without any trace that is nothing, though ICU begins ASCII with a shift.
+void Encoder::EndHz(const ByteSink& sink) {
   std::string bytes;
-  Clone().Convert(u"\u4e2d", false, [&](std::string_view piece) { bytes += piece; });
-  return bytes == "VP";
+  Encoder probe = Clone();
+  probe.Convert(u"a", false, [&bytes](std::string_view piece) { bytes += piece; });
+  bytes.pop_back();
+  if (fWatch->replaced == 0) fWatch->first = probe.GetFirstReplaced();
+  fWatch->replaced += probe.GetReplaced();
+  if (fState.anyByte || CountPending() > 0) sink(bytes);
+  Convert({}, true, sink);
+}
+
+bool Encoder::WritesHalves() const {
+  Encoder probe = Clone();
+  probe.Convert(u"\xD800z", true, [](std::string_view) {});
+  return probe.GetReplaced() == 0;
+}
+
+void Encoder::CountHalves(std::u16string_view units, bool last) {
+  for (const char16_t unit : units) {
+    const bool ends = fState.lead != 0 && U16_IS_TRAIL(unit);
+    if (!ends && fState.lead != 0) NoteHalf(fState.lead);
+    if (!ends && U16_IS_TRAIL(unit)) NoteHalf(unit);
+    fState.lead = U16_IS_LEAD(unit) ? unit : u'\0';
+  }
+  if (last && fState.lead != 0) NoteHalf(fState.lead);
+}
+
+void Encoder::NoteHalf(char16_t half) {
+  if (fWatch->replaced++ == 0) fWatch->first = half;
 }
 
 void Encoder::Convert(std::u16string_view units, bool last, const ByteSink& sink) {
@@ -69,19 +100,21 @@ void Encoder::Convert(std::u16string_view units, bool last, const ByteSink& sink
                      last ? 1 : 0, &error);
     more = error == U_BUFFER_OVERFLOW_ERROR;
     if (U_FAILURE(error) && !more) FailConversion(ConverterOf(fConverter), error);
-    if (target != fBytes.data())
-      sink(std::string_view(fBytes.data(), static_cast<std::size_t>(target - fBytes.data())));
+    if (target == fBytes.data()) continue;
+    fState.anyByte = true;
+    sink(std::string_view(fBytes.data(), static_cast<std::size_t>(target - fBytes.data())));
   }
 }
 
 std::size_t Encoder::CountPending() const {
   UErrorCode error = U_ZERO_ERROR;
   const std::int32_t count = ucnv_fromUCountPending(&ConverterOf(fConverter), &error);
-  return U_SUCCESS(error) && count > 0 ? static_cast<std::size_t>(count) : 0;
+  const std::size_t lead = fState.lead != 0 ? 1 : 0;
+  return U_SUCCESS(error) && count > 0 ? std::max(static_cast<std::size_t>(count), lead) : lead;
 }
 
 bool Encoder::IsClonable() const { return rqtool::IsClonable(ConverterOf(fConverter)); }
 
-Encoder Encoder::Clone() const { return Encoder(CloneConverter(ConverterOf(fConverter)), *fWatch); }
+Encoder Encoder::Clone() const { return Encoder(CloneConverter(ConverterOf(fConverter)), *this); }
 
 }  // namespace rqtool

@@ -30,7 +30,8 @@ class Encoder {
   /// @param sink takes the bytes
   void Write(std::u16string_view units, bool last, const ByteSink& sink);
 
-  /// How many characters were replaced, or left out where they are not visible.
+  /// How many characters were replaced, or left out where they are not visible; with each half of a surrogate pair,
+  /// which some encodings can write.
   std::uint64_t GetReplaced() const { return fWatch->replaced; }
   /// The first character that was replaced; only when there is one.
   char32_t GetFirstReplaced() const { return fWatch->first; }
@@ -50,13 +51,24 @@ class Encoder {
   };
   static void Note(const void* context, UConverterFromUnicodeArgs* args, const UChar* units, std::int32_t length,
                    UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* error);
-  Encoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Watch& watch);
+  /// What has been written so far.
+  struct State {
+    bool writesHalves = false;  // of surrogate pairs, as if they were characters
+    char16_t lead = 0;          // the first half of a pair, where the converter would write it alone
+    bool anyUnit = false;
+    bool anyByte = false;
+  };
+  Encoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Encoder& original);
   void Install();
   void Convert(std::u16string_view units, bool last, const ByteSink& sink);
-  bool IsShifted() const;
+  bool WritesHalves() const;
+  void CountHalves(std::u16string_view units, bool last);
+  void NoteHalf(char16_t half);
+  void EndHz(const ByteSink& sink);
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it
   RQMEM_NAMESPACE::QULTMBConverterHandle fConverter;
+  State fState;
   std::vector<char> fBytes;  // empty until needed: most clones never are
 };
 

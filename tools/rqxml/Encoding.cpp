@@ -11,10 +11,11 @@ using RQMEM_NAMESPACE::QULTMBConverterHandle;
 QULTMBConverterHandle OpenEncoding(const std::string& name, const std::string& option) {
   QULTMBConverterHandle converter(RQMEM_NAMESPACE::QULTMBConverterNew_8(name.c_str()));
   if (converter && !name.empty()) return converter;
-  throw Failure(
-      ExitCode::WrongUsage,
-      {.what = (option.empty() ? "" : option + ": ") + "there is no encoding \"" + name + "\", or ICU does not have it",
-       .hint = "rqxml encodings tells the code pages, rqxml encodings --all each name"});
+  constexpr std::size_t kLongest = 59;
+  throw Failure(ExitCode::WrongUsage,
+                {.what = (option.empty() ? "" : option + ": ") + "there is no encoding \"" + name + '"' +
+                         (name.size() > kLongest ? ": a name has at most 59 bytes" : ""),
+                 .hint = "rqxml encodings tells the code pages, rqxml encodings --all each name"});
 }
 
 UConverter& ConverterOf(const QULTMBConverterHandle& handle) { return *static_cast<UConverter*>(handle.Get()); }

@@ -91,7 +91,7 @@ OutputFile::OutputFile(const std::string& name) : fName(name), fTarget(FollowLin
   if (fs::is_symlink(fTarget, error)) Fail("is a link that leads in a circle", "name a file");
   if (exists && S_ISDIR(target.st_mode)) Fail("is a directory", "name a file in it");
   if (exists && !S_ISREG(target.st_mode)) {
-    Fail("is a pipe or a device, not a regular file", "the document is written whole and then renamed: name a file");
+    Fail("is a pipe or a device, not a regular file", "the output is written whole and then renamed: name a file");
   }
   if (exists && ::access(fTarget.c_str(), W_OK) != 0) Fail("may not be written: " + SystemReason(errno), kFolderHint);
   MakeTemporary();

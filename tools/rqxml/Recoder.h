@@ -14,8 +14,9 @@ namespace rqtool {
 
 /// Turns text of one encoding into another, block by block: what the result says does not depend on where the blocks
 /// end, nor do its bytes, except in SCSU and LMBCS, which write one text in several ways. Memory is needed for a block,
-/// not for the text. Malformed text, and characters that the other encoding lacks, are replaced
-/// as the library replaces them.
+/// not for the text. Malformed text, and characters that the other encoding lacks, are replaced as the library replaces
+/// them on the way to UTF-16 and from there. Half a surrogate pair that the other encoding can write is written, and
+/// counts as replaced.
 class Recoder {
  public:
   /// Both from OpenEncoding.

@@ -47,17 +47,18 @@ void ReplacementTrace::Convert(Decoder& decoder, Encoder& encoder, std::string_v
 
 void ReplacementTrace::Step(Decoder& decoder, Encoder& encoder, std::string_view bytes, std::uint64_t place, bool last,
                             const ByteSink& sink) {
+  const bool known = fFirst.has_value();
   const std::uint64_t before = decoder.GetReplaced();
   const std::uint64_t end = place + bytes.size();
   const std::uint64_t origin = CharacterStart(decoder, place);
   for (bool more = true; more;) {
     const Decoder::Piece piece = decoder.Take(bytes, last);
-    if (!fFirst && decoder.GetReplaced() > before) {
-      fFirst = origin < place ? origin : ReplacedStart(decoder, origin, end);
-    }
     Encode(encoder, piece.units, origin, sink);
     more = piece.more;
   }
+  if (known || decoder.GetReplaced() == before) return;
+  const std::uint64_t start = origin < place ? origin : ReplacedStart(decoder, origin, end);
+  fFirst = std::min(fFirst.value_or(start), start);  // a unit that waited for the rest of its pair stands before
 }
 
 void ReplacementTrace::Encode(Encoder& encoder, std::u16string_view units, std::uint64_t origin, const ByteSink& sink) {

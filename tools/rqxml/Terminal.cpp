@@ -48,6 +48,6 @@ bool WritePartToStdout(std::string_view text) {
   return true;
 }
 
-void WriteToStderr(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+bool WriteToStderr(std::string_view text) { return std::fwrite(text.data(), 1, text.size(), stderr) == text.size(); }
 
 }  // namespace rqtool

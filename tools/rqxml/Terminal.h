@@ -21,7 +21,8 @@ bool WriteToStdout(std::string_view text);
 bool WritePartToStdout(std::string_view text);
 
 /// Writes `text` to standard error, as far as it goes.
-void WriteToStderr(std::string_view text);
+/// @return false when not all of it was written
+bool WriteToStderr(std::string_view text);
 
 }  // namespace rqtool
 

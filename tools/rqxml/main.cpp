@@ -53,8 +53,8 @@ ExitCode ReportOutOfMemory() {
 ExitCode Print(const Outcome& outcome) {
   if (outcome.outputLost) return ExitCode::FileFailed;
   for (const std::string& note : outcome.notes) WriteToStderr("rqxml: note: " + note + '\n');
-  WriteToStderr(outcome.report);
-  return WriteToStdout(outcome.output) ? outcome.exitCode : ExitCode::FileFailed;
+  const bool reported = WriteToStderr(outcome.report);
+  return WriteToStdout(outcome.output) && reported ? outcome.exitCode : ExitCode::FileFailed;
 }
 
 // Lets no exception of the XML library out: they must be told while it is up.
@@ -85,6 +85,14 @@ std::optional<std::string> FindUnknownOption(const CLI::App& subCommand) {
   return std::nullopt;
 }
 
+// What the parser says, in plain words where it has none.
+std::string Complaint(const CLI::ParseError& e) {
+  std::string text = e.what();
+  const std::size_t count = text.find(": At Most 1 required but received ");
+  if (count == std::string::npos) return text;
+  return text.substr(0, count) + " may be given once only";
+}
+
 // --help and --version come as exceptions too.
 ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   std::ostringstream out;
@@ -92,7 +100,7 @@ ExitCode AnswerCommandLine(const CLI::App& app, const CLI::ParseError& e) {
   if (app.exit(e, out, err) == 0) return Print({.output = out.str()});
   const std::vector<CLI::App*> chosen = app.get_subcommands();
   const std::vector<std::string> unknown = app.remaining();
-  std::string what = e.what();
+  std::string what = Complaint(e);
   if (chosen.empty() && !unknown.empty()) what = "there is no sub-command or option \"" + unknown.front() + '"';
   const std::string command = chosen.empty() ? "rqxml" : "rqxml " + chosen.front()->get_name();
   std::string hint = command + " --help tells what it takes";
