@@ -270,8 +270,10 @@ TEST(Recoder, WithoutTextNothingIsWrittenNotWhatStandsBeforeIt) {
   }
 }
 
-TEST(Recoder, CharacterThatVanishesLeavesNoShiftBehind) {
+TEST(Recoder, ReplacementAloneLeavesNoShiftBehind) {
   EXPECT_EQ(Recode("UTF-8", "HZ", "\xC2\xAD"), (Recoded{"", 1, 0}));
+  EXPECT_EQ(Recode("UTF-8", "HZ", "\xE2\x82\xAC"), (Recoded{"?", 1, 0}));
+  EXPECT_EQ(Recode("CESU-8", "HZ", "\xED\xA0\xBD"), (Recoded{"?", 1, 0}));
 }
 
 TEST(Recoder, FindsTheFirstReplacedCharacterFarBehindTheBeginning) {

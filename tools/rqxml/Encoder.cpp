@@ -55,16 +55,24 @@ void Encoder::Write(std::u16string_view units, bool last, const ByteSink& sink) 
   EndHz(sink);
 }
 
-// ICU leaves HZ shifted, and drops the first half of a pair there. What the text lacks is what a letter brings about
-// before itself; of a text without any trace that is nothing, though ICU begins ASCII with a shift.
+// ICU leaves HZ shifted, and drops the first half of a pair there. A character behind the text shows both: before it
+// stands what became of the half, and its own shift where the text is not shifted.
 void Encoder::EndHz(const ByteSink& sink) {
+  constexpr std::string_view kCharacter = "VP";
+  constexpr std::string_view kShift = "~{";
   std::string bytes;
   Encoder probe = Clone();
-  probe.Convert(u"a", false, [&bytes](std::string_view piece) { bytes += piece; });
-  bytes.pop_back();
+  probe.Convert(u"\u4e2d", false, [&bytes](std::string_view piece) { bytes += piece; });
+  bytes.resize(bytes.size() - kCharacter.size());
+  const bool shifted = bytes.size() < kShift.size() || bytes.compare(bytes.size() - kShift.size(), 2, kShift) != 0;
+  if (shifted) {
+    bytes += "~}";
+  } else {
+    bytes.resize(bytes.size() - kShift.size());
+  }
   if (fWatch->replaced == 0) fWatch->first = probe.GetFirstReplaced();
   fWatch->replaced += probe.GetReplaced();
-  if (fState.anyByte || CountPending() > 0) sink(bytes);
+  sink(bytes);
   Convert({}, true, sink);
 }
 
@@ -100,9 +108,8 @@ void Encoder::Convert(std::u16string_view units, bool last, const ByteSink& sink
                      last ? 1 : 0, &error);
     more = error == U_BUFFER_OVERFLOW_ERROR;
     if (U_FAILURE(error) && !more) FailConversion(ConverterOf(fConverter), error);
-    if (target == fBytes.data()) continue;
-    fState.anyByte = true;
-    sink(std::string_view(fBytes.data(), static_cast<std::size_t>(target - fBytes.data())));
+    if (target != fBytes.data())
+      sink(std::string_view(fBytes.data(), static_cast<std::size_t>(target - fBytes.data())));
   }
 }
 

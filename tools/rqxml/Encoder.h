@@ -56,7 +56,6 @@ class Encoder {
     bool writesHalves = false;  // of surrogate pairs, as if they were characters
     char16_t lead = 0;          // the first half of a pair, where the converter would write it alone
     bool anyUnit = false;
-    bool anyByte = false;
   };
   Encoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Encoder& original);
   void Install();
