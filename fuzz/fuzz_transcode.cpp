@@ -43,10 +43,10 @@ bool Same(const std::basic_string<Unit>& left, const std::basic_string<Unit>& ri
   return std::equal(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(count), right.begin());
 }
 
-template <class To, class From, class Convert, class Reference>
+template <class To, class From, class Convert>
 void CheckBuffer(const std::basic_string<From>& source, std::size_t size, bool terminated, Convert convert,
-                 Reference reference) {
-  const Converted<To> expected = reference(source, size - (terminated ? 1 : 0));
+                 const rqtest::OfCapacity<To>& expectedOf) {
+  const Converted<To> expected = expectedOf(size - (terminated ? 1 : 0));
   std::basic_string<To> buffer(size, To{'#'});
   int status = -1;
   const int length = terminated ? -1 : static_cast<int>(source.size());
@@ -60,17 +60,18 @@ void CheckBuffer(const std::basic_string<From>& source, std::size_t size, bool t
 
 template <class To, class From, class Convert, class Reference>
 void CheckSizes(const std::basic_string<From>& source, Convert convert, Reference reference) {
-  const std::size_t whole = reference(source, 1000000).text.size();
+  const rqtest::OfCapacity<To> expectedOf = reference(source);
+  const std::size_t whole = expectedOf(rqtest::kUnlimited).text.size();
   for (const bool terminated : {false, true}) {
     if (terminated && source.find(From{0}) != source.npos) continue;
     for (std::size_t size = 1; size <= whole + 2; size += whole > 60 ? whole / 30 : 1)
-      CheckBuffer<To>(source, size, terminated, convert, reference);
+      CheckBuffer<To>(source, size, terminated, convert, expectedOf);
   }
 }
 
 template <class To, class From, class Convert, class Reference>
 void CheckString(const std::basic_string<From>& source, Convert convert, Reference reference) {
-  const Converted<To> expected = reference(source, 1000000);
+  const Converted<To> expected = reference(source)(rqtest::kUnlimited);
   std::basic_string<To> result;
   Check(convert(result, source) == expected.Status(), "a conversion into a string has the status");
   Check(result == expected.text, "a conversion into a string has the text");
@@ -78,8 +79,8 @@ void CheckString(const std::basic_string<From>& source, Convert convert, Referen
 
 template <class Unit>
 void CheckUnicode(const std::string& utf8, const std::basic_string<Unit>& utf16) {
-  const auto from8 = rqtest::ReferenceUnicode<Unit, char>;
-  const auto from16 = rqtest::ReferenceUnicode<char, Unit>;
+  const auto from8 = rqtest::UnicodeOfCapacity<Unit, char>;
+  const auto from16 = rqtest::UnicodeOfCapacity<char, Unit>;
   CheckSizes<Unit>(
       utf8, [](auto... arguments) { return QULTMB8to16(arguments...); }, from8);
   CheckSizes<char>(
@@ -93,11 +94,9 @@ void CheckUnicode(const std::string& utf8, const std::basic_string<Unit>& utf16)
 template <class Unit>
 void CheckPageWith16(const Page& page, const std::string& bytes, const std::basic_string<Unit>& utf16) {
   void* const converter = page.converter.Get();
-  const auto reading = [&](const std::string& text, std::size_t capacity) {
-    return rqtest::ReferenceFromPage<Unit>(page.reference, text, capacity);
-  };
-  const auto writing = [&](const std::basic_string<Unit>& text, std::size_t capacity) {
-    return rqtest::ReferenceToPage(page.reference, text, capacity);
+  const auto reading = [&](const std::string& text) { return rqtest::FromPageOfCapacity<Unit>(page.reference, text); };
+  const auto writing = [&](const std::basic_string<Unit>& text) {
+    return rqtest::PageOfCapacity(page.reference, text);
   };
   CheckSizes<Unit>(
       bytes, [&](auto... rest) { return QULTMBCodePageto16(converter, rest...); }, reading);
@@ -111,12 +110,8 @@ void CheckPageWith16(const Page& page, const std::string& bytes, const std::basi
 
 void CheckPageWith8(const Page& page, const std::string& bytes) {
   void* const converter = page.converter.Get();
-  const auto reading = [&](const std::string& text, std::size_t capacity) {
-    return rqtest::ReferenceFromPage<char>(page.reference, text, capacity);
-  };
-  const auto writing = [&](const std::string& text, std::size_t capacity) {
-    return rqtest::ReferenceToPage(page.reference, text, capacity);
-  };
+  const auto reading = [&](const std::string& text) { return rqtest::FromPageOfCapacity<char>(page.reference, text); };
+  const auto writing = [&](const std::string& text) { return rqtest::PageOfCapacity(page.reference, text); };
   CheckSizes<char>(
       bytes, [&](auto... rest) { return QULTMBCodePageto8(converter, rest...); }, reading);
   CheckSizes<char>(
@@ -130,8 +125,10 @@ void CheckPageWith8(const Page& page, const std::string& bytes) {
 void CheckArrays(const std::string& utf8, const std::wstring& utf16) {
   const std::unique_ptr<wchar_t[]> wide(QULTMBTranscodeU8(utf8.c_str()));
   const std::unique_ptr<char[]> narrow(QULTMBTranscodeU8(utf16.c_str()));
-  Check(wide.get() == rqtest::ReferenceUnicode<wchar_t>(std::string(utf8.c_str()), 1000000).text, "a new wide array");
-  Check(narrow.get() == rqtest::ReferenceUnicode<char>(std::wstring(utf16.c_str()), 1000000).text, "a new array");
+  Check(wide.get() == rqtest::ReferenceUnicode<wchar_t>(std::string(utf8.c_str()), rqtest::kUnlimited).text,
+        "a new wide array");
+  Check(narrow.get() == rqtest::ReferenceUnicode<char>(std::wstring(utf16.c_str()), rqtest::kUnlimited).text,
+        "a new array");
 }
 
 // Two bytes for each unit; a unit of 0xE000 to 0xE0FF becomes one beyond 16 bits.

@@ -21,11 +21,12 @@ using rqtest::Converted;
 // Compares one conversion with the reference, into buffers of all sizes from 1 to beyond the whole result.
 template <class To, class From, class Convert, class Reference>
 void CheckAllSizes(const std::basic_string<From>& source, Convert convert, Reference reference) {
-  const std::size_t whole = reference(source, 1000000).text.size();
+  const rqtest::OfCapacity<To> expectedOf = reference(source);
+  const std::size_t whole = expectedOf(rqtest::kUnlimited).text.size();
   for (const bool terminated : {false, true}) {
     if (terminated && source.find(From{0}) != source.npos) continue;
     for (std::size_t size = 1; size <= whole + 3; ++size) {
-      const Converted<To> expected = reference(source, size - (terminated ? 1 : 0));
+      const Converted<To> expected = expectedOf(size - (terminated ? 1 : 0));
       std::basic_string<To> buffer(size + 8, To{'#'});
       int status = -1;
       const int length = terminated ? -1 : static_cast<int>(source.size());
@@ -107,10 +108,10 @@ void CheckUtf16(unsigned seed) {
     SCOPED_TRACE(round);
     CheckAllSizes<char>(
         random(kLongest, round % 2 == 0), [](auto... arguments) { return QULTMB16to8(arguments...); },
-        rqtest::ReferenceUnicode<char, Unit>);
+        rqtest::UnicodeOfCapacity<char, Unit>);
     CheckAllSizes<Unit>(
         randomBytes(kLongest * 3, round % 2 == 0), [](auto... arguments) { return QULTMB8to16(arguments...); },
-        rqtest::ReferenceUnicode<Unit, char>);
+        rqtest::UnicodeOfCapacity<Unit, char>);
     if (testing::Test::HasFatalFailure()) return;
   }
 }
@@ -127,11 +128,12 @@ TEST(Transcode, CharactersAtEveryPlaceBehindAsciiAreAsTheReferenceSays) {
         SCOPED_TRACE(std::to_string(before) + " before " + std::to_string(behind));
         const std::string utf8 = std::string(before, 'a') + character + std::string(behind, 'z');
         CheckAllSizes<wchar_t>(
-            utf8, [](auto... arguments) { return QULTMB8to16(arguments...); }, rqtest::ReferenceUnicode<wchar_t, char>);
+            utf8, [](auto... arguments) { return QULTMB8to16(arguments...); },
+            rqtest::UnicodeOfCapacity<wchar_t, char>);
         const std::u16string utf16 = rqtest::ReferenceUnicode<char16_t>(utf8, 1000).text;
         CheckAllSizes<char>(
             utf16, [](auto... arguments) { return QULTMB16to8(arguments...); },
-            rqtest::ReferenceUnicode<char, char16_t>);
+            rqtest::UnicodeOfCapacity<char, char16_t>);
         if (HasFatalFailure()) return;
       }
 }
@@ -171,9 +173,7 @@ TEST_P(PagesTest, WideTextsAreWrittenAsTheReferenceSays) {
     CheckAllSizes<char>(
         random(kLongest, round % 2 == 0 || !KnowsIllegal()),
         [&](auto... arguments) { return QULTMB16toCodePage(converter_.Get(), arguments...); },
-        [&](const std::wstring& source, std::size_t capacity) {
-          return rqtest::ReferenceToPage(reference_, source, capacity);
-        });
+        [&](const std::wstring& source) { return rqtest::PageOfCapacity(reference_, source); });
   }
 }
 
@@ -184,9 +184,7 @@ TEST_P(PagesTest, Char16TextsAreWrittenAsTheReferenceSays) {
     CheckAllSizes<char>(
         random(kLongest, round % 2 == 0 || !KnowsIllegal()),
         [&](auto... arguments) { return QULTMB16toCodePage(converter_.Get(), arguments...); },
-        [&](const std::u16string& source, std::size_t capacity) {
-          return rqtest::ReferenceToPage(reference_, source, capacity);
-        });
+        [&](const std::u16string& source) { return rqtest::PageOfCapacity(reference_, source); });
   }
 }
 
@@ -197,9 +195,7 @@ TEST_P(PagesTest, Utf8TextsAreWrittenAsTheReferenceSays) {
     CheckAllSizes<char>(
         random(kLongest, round % 2 == 0),
         [&](auto... arguments) { return QULTMB8toCodePage(converter_.Get(), arguments...); },
-        [&](const std::string& source, std::size_t capacity) {
-          return rqtest::ReferenceToPage(reference_, source, capacity);
-        });
+        [&](const std::string& source) { return rqtest::PageOfCapacity(reference_, source); });
   }
 }
 
@@ -208,22 +204,16 @@ TEST_P(PagesTest, BytesAreReadAsTheReferenceSays) {
   for (int round = 0; round < kRounds && !HasFatalFailure(); ++round) {
     SCOPED_TRACE(round);
     std::string source = random.Bytes(kLongest);
-    if (round % 2 == 0) source = rqtest::ReferenceToPage(reference_, random(kLongest, true), 1000000).text;
+    if (round % 2 == 0) source = rqtest::ReferenceToPage(reference_, random(kLongest, true), rqtest::kUnlimited).text;
     CheckAllSizes<wchar_t>(
         source, [&](auto... arguments) { return QULTMBCodePageto16(converter_.Get(), arguments...); },
-        [&](const std::string& text, std::size_t capacity) {
-          return rqtest::ReferenceFromPage<wchar_t>(reference_, text, capacity);
-        });
+        [&](const std::string& text) { return rqtest::FromPageOfCapacity<wchar_t>(reference_, text); });
     CheckAllSizes<char16_t>(
         source, [&](auto... arguments) { return QULTMBCodePageto16(converter_.Get(), arguments...); },
-        [&](const std::string& text, std::size_t capacity) {
-          return rqtest::ReferenceFromPage<char16_t>(reference_, text, capacity);
-        });
+        [&](const std::string& text) { return rqtest::FromPageOfCapacity<char16_t>(reference_, text); });
     CheckAllSizes<char>(
         source, [&](auto... arguments) { return QULTMBCodePageto8(converter_.Get(), arguments...); },
-        [&](const std::string& text, std::size_t capacity) {
-          return rqtest::ReferenceFromPage<char>(reference_, text, capacity);
-        });
+        [&](const std::string& text) { return rqtest::FromPageOfCapacity<char>(reference_, text); });
   }
 }
 
@@ -233,21 +223,21 @@ TEST_P(PagesTest, LongTextsAreAsTheReferenceSays) {
   for (const bool wellFormed : {true, false}) {
     std::string source;
     while (source.size() < 9000) source += random(kLongest, wellFormed);
-    const auto expected = rqtest::ReferenceToPage(reference_, source, 1000000);
+    const auto expected = rqtest::ReferenceToPage(reference_, source, rqtest::kUnlimited);
     std::string bytes;
     EXPECT_EQ(QULTMBU8ToCodePage(converter_.Get(), bytes, source), expected.Status());
     ASSERT_TRUE(bytes == expected.text);
-    const auto back = rqtest::ReferenceFromPage<char>(reference_, bytes, 1000000);
+    const auto back = rqtest::ReferenceFromPage<char>(reference_, bytes, rqtest::kUnlimited);
     std::string utf8;
     EXPECT_EQ(QULTMBCodePageToU8(converter_.Get(), utf8, bytes), back.Status());
     ASSERT_TRUE(utf8 == back.text);
-    const auto wide = rqtest::ReferenceFromPage<wchar_t>(reference_, bytes, 1000000);
+    const auto wide = rqtest::ReferenceFromPage<wchar_t>(reference_, bytes, rqtest::kUnlimited);
     std::wstring utf16;
     EXPECT_EQ(QULTMBCodePageToU16(converter_.Get(), utf16, bytes), wide.Status());
     ASSERT_TRUE(utf16 == wide.text);
     std::string again;
     EXPECT_EQ(QULTMBU16ToCodePage(converter_.Get(), again, utf16),
-              rqtest::ReferenceToPage(reference_, utf16, 1000000).Status());
+              rqtest::ReferenceToPage(reference_, utf16, rqtest::kUnlimited).Status());
     ASSERT_TRUE(again == rqtest::WholeInPage(reference_, std::u16string(utf16.begin(), utf16.end())));
   }
 }
@@ -256,7 +246,7 @@ TEST_P(PagesTest, LongTextsAreCutAtWholeCharacters) {
   RandomText<char> random(8);
   std::string source;
   while (source.size() < 700) source += random(kLongest, true);
-  const std::size_t whole = rqtest::ReferenceToPage(reference_, source, 1000000).text.size();
+  const std::size_t whole = rqtest::ReferenceToPage(reference_, source, rqtest::kUnlimited).text.size();
   for (std::size_t size = whole - 12; size <= whole + 1; ++size) {
     const auto expected = rqtest::ReferenceToPage(reference_, source, size);
     std::string buffer(size, '#');
@@ -265,7 +255,7 @@ TEST_P(PagesTest, LongTextsAreCutAtWholeCharacters) {
                       static_cast<int>(source.size()), &status);
     EXPECT_EQ(status, expected.Status());
     ASSERT_TRUE(buffer == rqtest::ReferenceBuffer(expected, false, size)) << size << " of " << whole;
-    const std::string page = rqtest::ReferenceToPage(reference_, source, 1000000).text;
+    const std::string page = rqtest::ReferenceToPage(reference_, source, rqtest::kUnlimited).text;
     const auto back = rqtest::ReferenceFromPage<char>(reference_, page, size);
     std::string utf8(size, '#');
     QULTMBCodePageto8(converter_.Get(), utf8.data(), static_cast<int>(size), page.data(), static_cast<int>(page.size()),

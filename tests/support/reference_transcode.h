@@ -11,8 +11,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rqtest {
@@ -26,6 +29,12 @@ struct Converted {
 
   int Status() const { return problem ? 3 : cut ? 1 : 0; }
 };
+
+/// What it is to give for a buffer of each capacity.
+template <class Unit>
+using OfCapacity = std::function<Converted<Unit>(std::size_t)>;
+
+constexpr std::size_t kUnlimited = static_cast<std::size_t>(-1);
 
 /// A text as code points; kIllegal for what is none.
 using Points = std::vector<std::int64_t>;
@@ -124,17 +133,26 @@ void Append(std::basic_string<Unit>& text, std::int64_t point) {
 
 /// Between UTF-8 and UTF-16: the characters before the first that is none, as many as fit.
 template <class To, class From>
-Converted<To> ReferenceUnicode(const std::basic_string<From>& source, std::size_t capacity) {
-  Converted<To> result;
+OfCapacity<To> UnicodeOfCapacity(const std::basic_string<From>& source) {
   std::basic_string<To> whole;
+  std::vector<std::size_t> ends = {0};
+  bool problem = false;
   for (const std::int64_t point : PointsOf(source)) {
-    result.problem = point == kIllegal;
-    if (result.problem) break;
+    problem = point == kIllegal;
+    if (problem) break;
     Append(whole, point);
-    result.cut = result.cut || whole.size() > capacity;
-    if (!result.cut) result.text = whole;
+    ends.push_back(whole.size());
   }
-  return result;
+  return [=](std::size_t capacity) {
+    std::size_t count = ends.size() - 1;
+    while (ends[count] > capacity) --count;
+    return Converted<To>{whole.substr(0, ends[count]), count + 1 < ends.size(), problem};
+  };
+}
+
+template <class To, class From>
+Converted<To> ReferenceUnicode(const std::basic_string<From>& source, std::size_t capacity) {
+  return UnicodeOfCapacity<To>(source)(capacity);
 }
 
 struct CloseReference {
@@ -196,29 +214,36 @@ inline bool IsInPage(const ReferenceConverter& page, const std::u16string& text)
 
 /// To a code page. What is malformed in UTF-8 counts as U+FFFD.
 template <class From>
-Converted<char> ReferenceToPage(const ReferenceConverter& page, const std::basic_string<From>& source,
-                                std::size_t capacity) {
-  std::vector<std::u16string> beginnings = {u""};
+OfCapacity<char> PageOfCapacity(const ReferenceConverter& page, const std::basic_string<From>& source) {
+  std::u16string whole;
+  std::vector<std::size_t> ends = {0};
   bool malformed = false;
   for (const std::int64_t point : PointsOf(source)) {
-    std::u16string next = beginnings.back();
     if (point != kIllegal)
-      Append(next, point);
+      Append(whole, point);
     else if (sizeof(From) == 1)
-      next += char16_t{0xFFFD};
+      whole += char16_t{0xFFFD};
     else
-      next += !next.empty() && (next.back() & 0xFC00) == 0xD800 ? char16_t{0xD800} : char16_t{0xDFFF};
+      whole += !whole.empty() && (whole.back() & 0xFC00) == 0xD800 ? char16_t{0xD800} : char16_t{0xDFFF};
     malformed = malformed || point == kIllegal;
-    beginnings.push_back(next);
+    ends.push_back(whole.size());
   }
-  Converted<char> result;
-  result.problem = malformed || !IsInPage(page, beginnings.back());
-  while (WholeInPage(page, beginnings.back()).size() > capacity) {
-    beginnings.pop_back();
-    result.cut = true;
-  }
-  result.text = WholeInPage(page, beginnings.back());
-  return result;
+  const bool problem = malformed || !IsInPage(page, whole);
+  std::vector<std::optional<std::string>> made(ends.size());
+  return [=, &page](std::size_t capacity) mutable {
+    std::size_t count = ends.size();
+    do {
+      --count;
+      if (!made[count]) made[count] = WholeInPage(page, whole.substr(0, ends[count]));
+    } while (made[count]->size() > capacity);
+    return Converted<char>{*made[count], count + 1 < ends.size(), problem};
+  };
+}
+
+template <class From>
+Converted<char> ReferenceToPage(const ReferenceConverter& page, const std::basic_string<From>& source,
+                                std::size_t capacity) {
+  return PageOfCapacity(page, source)(capacity);
 }
 
 inline void QuestionMark(const void* context, UConverterToUnicodeArgs* args, const char*, std::int32_t,
@@ -271,12 +296,19 @@ inline std::u16string WholeFromPage(const ReferenceConverter& page, const std::s
 
 /// From a code page to UTF-8 or UTF-16.
 template <class To>
-Converted<To> ReferenceFromPage(const ReferenceConverter& page, const std::string& source, std::size_t capacity) {
+OfCapacity<To> FromPageOfCapacity(const ReferenceConverter& page, const std::string& source) {
   int replaced = 0;
-  const std::u16string units = WholeFromPage(page, source, replaced);
-  Converted<To> result = ReferenceUnicode<To>(units, capacity);
-  result.problem = result.problem || replaced > 0;
-  return result;
+  const OfCapacity<To> units = UnicodeOfCapacity<To>(WholeFromPage(page, source, replaced));
+  return [=](std::size_t capacity) {
+    Converted<To> result = units(capacity);
+    result.problem = result.problem || replaced > 0;
+    return result;
+  };
+}
+
+template <class To>
+Converted<To> ReferenceFromPage(const ReferenceConverter& page, const std::string& source, std::size_t capacity) {
+  return FromPageOfCapacity<To>(page, source)(capacity);
 }
 
 /// A buffer of `size` places, filled with '#', as a conversion is to leave it.
