@@ -47,7 +47,7 @@ class RQ_API ExtNameStr {
   /// Sets the name from UTF-16, one 16-bit unit in each element.
   void SetU16(const std::wstring& text);
   /// Sets the name from the system encoding. GetU16 keeps the previous name until the next other setter. The error code
-  /// is the status of the default converter's form; what the text itself lacks is not recorded.
+  /// is the status of the default converter's form; that the text is malformed is not recorded.
   void SetSystem(const std::string& text);
 
   /// The name in UTF-8.

@@ -2,7 +2,8 @@
 #define RQXML_ENCODING_RQMEMCASELESS_H
 
 /// @file
-/// Internal: the caseless comparison that the families share. A family brings a reader with
+/// Internal: lower case, and the caseless comparison that the families of string functions share. A family brings a
+/// reader with
 /// - `std::int64_t Next()`: the next character as `Lower`, `LowerAscii` or `Malformed` gives it, or `kEnd`,
 /// - `bool HasMetMalformed() const`: whether one was `Malformed`.
 

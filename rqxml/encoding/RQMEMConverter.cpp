@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "rqxml/encoding/RQMEMCaseless.h"
 #include "rqxml/encoding/RQMEMClone.h"
 #include "rqxml/encoding/RQMEMCodePages.h"
 #include "rqxml/encoding/RQMEMSubstitution.h"
@@ -37,7 +38,7 @@ OwnedConverter Open(const char* name) {
 bool IsWindowsNameOfLatin1(std::string_view name) {
   constexpr std::string_view kName = "windows-28591";
   const auto isSame = [](char given, char lower) {
-    return (given >= 'A' && given <= 'Z' ? given - 'A' + 'a' : given) == lower;
+    return caseless::LowerAscii(static_cast<unsigned char>(given)) == lower;
   };
   return std::equal(name.begin(), name.end(), kName.begin(), kName.end(), isSame);
 }

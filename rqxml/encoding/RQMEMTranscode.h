@@ -16,8 +16,8 @@
 ///   wherever that is in the source, also behind the place where the output was cut
 ///
 /// Malformed UTF-8 or UTF-16 ends a conversion between these two: what stands before it is kept. A conversion from or
-/// to a code page replaces it by "?" and goes on; in UTF-8 made of a code page that spells half a surrogate pair, and
-/// in a Unicode encoding made of malformed UTF-8, U+FFFD stands for it.
+/// to a code page replaces it by "?" and goes on. U+FFFD stands for half a surrogate pair that a code page spells, when
+/// it is read into UTF-8, and for malformed UTF-8 that is written in a Unicode encoding.
 ///
 /// The converter argument is one of QULTMBConverterNew_8 and its sisters, null for the default converter. It is
 /// borrowed, never changed (conversions work on a clone), and may be used by several threads at once.
@@ -31,7 +31,8 @@
 ///   which end as ICU leaves them.
 /// - A plain copy cuts at any byte, with status 0, and puts the terminator of a zero-terminated source just after the
 ///   copied bytes, which may be the place at index `destinationSize`.
-/// - With a `destinationSize` of 0 or less nothing is written or looked at; the status is 1 if there was text, else 0.
+/// - With a `destinationSize` of 0 or less nothing is written, and the converter is not used; the status is 1 if there
+///   was text, else 0.
 /// - A null source counts as empty. `status` may be null. Source and destination must not overlap.
 ///
 /// Into a string: returns the status. The whole source is converted, zeros included. Source and destination may be the

@@ -202,11 +202,13 @@ TEST_F(Recode, TheReportGoesToStandardErrorWhenTheTextGoesToStandardOutput) {
   EXPECT_EQ(report.at("firstReplaced"), 1);
 }
 
-TEST_F(Recode, AReportThatIsLostIsNoSuccess) {
-  const ToolResult result =
-      RunTool(ToolCall{.arguments = Arguments("UTF-8", "1252", {"--json"}), .input = "text", .errorFile = "/dev/full"});
-  EXPECT_EQ(result.exitCode, 3) << result;
-  EXPECT_EQ(result.out, "text");
+TEST_F(Recode, AReportOrNoteThatIsLostIsNoSuccess) {
+  for (const std::vector<std::string>& options : {std::vector<std::string>{"--json"}, std::vector<std::string>{}}) {
+    const ToolResult result = RunTool(
+        ToolCall{.arguments = Arguments("UTF-8", "1252", options), .input = "a" + kKanji, .errorFile = "/dev/full"});
+    EXPECT_EQ(result.exitCode, 3) << result;
+    EXPECT_EQ(result.out, "a?");
+  }
 }
 
 TEST_F(Recode, TheReportTellsThatStrictKeptTheResultBack) {

@@ -225,6 +225,8 @@ TEST(Recoder, TellsHowManyCharactersWereReplacedAndWhereTheFirstBegins) {
       {"HZ", "1252", "~{VP~}", "?", 1, 2},
       {"HZ", "1252", "ab~{VPVP~}", "ab??", 2, 4},
       {"ISCII,version=0", "1252", "a\xA4\x62", "a?b", 1, 1},
+      {"ISCII,version=0", "UTF-8", "a\xFF", "a?", 1, 1},
+      {"ISCII,version=0", "1252", "a\x62\xFF", "ab?", 1, 2},
       // Half a surrogate pair: replaced, or counted where it can be written.
       {"UTF-7", "HZ", "a+2D0-", "~}a?", 1, 2},
       {"UTF-7", "HZ", "+Ti3YPQ-", "~{VP~}?", 1, 3},
@@ -233,6 +235,8 @@ TEST(Recoder, TellsHowManyCharactersWereReplacedAndWhereTheFirstBegins) {
       {"CESU-8", "CESU-8", "a\xED\xA0\xBD", "a\xED\xA0\xBD", 1, 1},
       {"CESU-8", "CESU-8", "a\xED\xB8\x80z", "a\xED\xB8\x80z", 1, 1},
       {"CESU-8", "CESU-8", "a\xED\xA0\xBD\xED\xA0\xBD\xED\xB8\x80", "a\xED\xA0\xBD\xED\xA0\xBD\xED\xB8\x80", 1, 1},
+      {"CESU-8", "BOCU-1", "a\xED\xA0\xBD", "\xB1?", 1, 1},
+      {"CESU-8", "BOCU-1", "\xED\xA0\xBD\xED\xA0\xBDz", "\xFB\xC5Q\x8D$G\xF3", 2, 0},
       {"CESU-8", "LMBCS-1", "a\xED\xA0\xBDz", "a\x14\xD8=z", 1, 1},
       {"UTF-7", "UTF-7", "a+2AA-b", "a+2AA-b", 1, 2},
       {"UTF-7", "UTF-8", "a+", "a?", 1, 1},

@@ -98,14 +98,11 @@ std::uint64_t Decoder::CountPending() const {
   UErrorCode error = U_ZERO_ERROR;
   const std::int32_t count = ucnv_toUCountPending(&ConverterOf(fConverter), &error);
   if (U_SUCCESS(error) && count > 0) return static_cast<std::uint64_t>(count);
-  return HoldsByteBack() ? 1 : 0;
+  return ucnv_getType(&GetConverter()) == UCNV_HZ && IsInsideCharacter() ? 1 : 0;  // ICU counts none there
 }
 
-// HZ and ISCII hold one back that ICU does not count.
-bool Decoder::HoldsByteBack() const {
-  const UConverterType type = ucnv_getType(&GetConverter());
-  if (type == UCNV_HZ) return IsInsideCharacter();
-  if (type != UCNV_ISCII) return false;
+bool Decoder::HoldsCharacter() const {
+  if (ucnv_getType(&GetConverter()) != UCNV_ISCII) return false;
   std::string_view none;
   Decoder probe = Clone();
   return !probe.Convert(none, true).units.empty();

@@ -38,6 +38,8 @@ class Decoder {
   std::uint64_t GetFirstDistance() const { return static_cast<std::uint64_t>(fWatch->firstDistance); }
   /// How many of the bytes taken are the beginning of a character.
   std::uint64_t CountPending() const;
+  /// True when the last byte taken is a character that waits for the next one, which may change it.
+  bool HoldsCharacter() const;
   /// False when Clone must not be called.
   bool IsClonable() const;
   /// A decoder in the same state that has replaced nothing yet.
@@ -59,7 +61,6 @@ class Decoder {
   Piece Convert(std::string_view& bytes, bool last);
   Piece TakeForgottenEnd();
   bool IsInsideCharacter() const;
-  bool HoldsByteBack() const;
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it
   RQMEM_NAMESPACE::QULTMBConverterHandle fConverter;

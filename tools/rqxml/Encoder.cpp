@@ -49,10 +49,13 @@ void Encoder::Note(const void* context, UConverterFromUnicodeArgs* args, const U
 void Encoder::Write(std::u16string_view units, bool last, const ByteSink& sink) {
   fState.anyUnit = fState.anyUnit || !units.empty();
   if (!fState.anyUnit) return;  // where there is no text ICU would still write what stands before it
-  if (fState.writesHalves) CountHalves(units, last);
-  if (!last || ucnv_getType(&ConverterOf(fConverter)) != UCNV_HZ) return Convert(units, last, sink);
-  Convert(units, false, sink);
-  EndHz(sink);
+  if (fState.writesHalves) CountHalves(units);
+  const bool endsAsHz = last && ucnv_getType(&ConverterOf(fConverter)) == UCNV_HZ;
+  const std::uint64_t before = fWatch->replaced;
+  Convert(units, last && !endsAsHz, sink);
+  if (endsAsHz) EndHz(sink);
+  // BOCU-1 writes halves, but replaces one at the end.
+  if (last && fState.lead != 0 && fWatch->replaced == before) NoteHalf(fState.lead);
 }
 
 // ICU leaves HZ shifted, and drops the first half of a pair there. A character behind the text shows both: before it
@@ -82,14 +85,13 @@ bool Encoder::WritesHalves() const {
   return probe.GetReplaced() == 0;
 }
 
-void Encoder::CountHalves(std::u16string_view units, bool last) {
+void Encoder::CountHalves(std::u16string_view units) {
   for (const char16_t unit : units) {
     const bool ends = fState.lead != 0 && U16_IS_TRAIL(unit);
     if (!ends && fState.lead != 0) NoteHalf(fState.lead);
     if (!ends && U16_IS_TRAIL(unit)) NoteHalf(unit);
     fState.lead = U16_IS_LEAD(unit) ? unit : u'\0';
   }
-  if (last && fState.lead != 0) NoteHalf(fState.lead);
 }
 
 void Encoder::NoteHalf(char16_t half) {

@@ -54,14 +54,14 @@ class Encoder {
   /// What has been written so far.
   struct State {
     bool writesHalves = false;  // of surrogate pairs, as if they were characters
-    char16_t lead = 0;          // the first half of a pair, where the converter would write it alone
+    char16_t lead = 0;          // the first half of a pair that stands last so far, where halves are written
     bool anyUnit = false;
   };
   Encoder(RQMEM_NAMESPACE::QULTMBConverterHandle converter, const Encoder& original);
   void Install();
   void Convert(std::u16string_view units, bool last, const ByteSink& sink);
   bool WritesHalves() const;
-  void CountHalves(std::u16string_view units, bool last);
+  void CountHalves(std::u16string_view units);
   void NoteHalf(char16_t half);
   void EndHz(const ByteSink& sink);
 

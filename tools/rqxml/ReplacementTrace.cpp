@@ -51,9 +51,10 @@ void ReplacementTrace::Step(Decoder& decoder, Encoder& encoder, std::string_view
   const std::uint64_t before = decoder.GetReplaced();
   const std::uint64_t end = place + bytes.size();
   const std::uint64_t origin = CharacterStart(decoder, place);
+  const std::uint64_t unitOrigin = decoder.HoldsCharacter() ? place - 1 : origin;
   for (bool more = true; more;) {
     const Decoder::Piece piece = decoder.Take(bytes, last);
-    Encode(encoder, piece.units, origin, sink);
+    Encode(encoder, piece.units, unitOrigin, sink);
     more = piece.more;
   }
   if (known || decoder.GetReplaced() == before) return;

@@ -52,8 +52,9 @@ ExitCode ReportOutOfMemory() {
 
 ExitCode Print(const Outcome& outcome) {
   if (outcome.outputLost) return ExitCode::FileFailed;
-  for (const std::string& note : outcome.notes) WriteToStderr("rqxml: note: " + note + '\n');
-  const bool reported = WriteToStderr(outcome.report);
+  std::string notes;
+  for (const std::string& note : outcome.notes) notes += "rqxml: note: " + note + '\n';
+  const bool reported = WriteToStderr(notes + outcome.report);
   return WriteToStdout(outcome.output) && reported ? outcome.exitCode : ExitCode::FileFailed;
 }
 
