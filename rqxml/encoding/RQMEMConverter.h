@@ -52,9 +52,7 @@ RQ_API void QULTMBConverterClose(void* converter);
 RQ_API UConverter* QULTMBGetDefaultConverter();
 
 /// Replaces the default converter, and closes the old one.
-/// @param name a code-page number or an encoding name of printable ASCII, at most 59 bytes, which is not converted;
-/// null
-///   for a new converter of the same encoding
+/// @param name a code-page number or encoding name, printable ASCII of at most 59 bytes; null: as before
 /// @return false when no such converter can be opened; nothing has changed then
 RQ_API bool QULTMBSetDefaultConverter(const char* name);
 

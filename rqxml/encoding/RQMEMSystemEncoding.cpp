@@ -1,8 +1,8 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "rqxml/encoding/RQMEMConverter.h"
 
@@ -25,6 +25,13 @@ std::string LocaleEncoding() {
   return point == nullptr ? "CP1252" : point + 1;
 }
 
+/// A text that is never destroyed: other static objects may ask for it in their destructors.
+union KeptText {
+  explicit KeptText(std::string kept) : text(std::move(kept)) {}
+  ~KeptText() {}
+  std::string text;
+};
+
 }  // namespace
 
 void EnableLocale() {
@@ -36,8 +43,8 @@ void EnableLocale() {
 }
 
 const char* SystemEncoding() {
-  static const std::string& encoding = *std::make_unique<std::string>(LocaleEncoding()).release();  // never destroyed
-  return encoding.c_str();
+  static const KeptText encoding(LocaleEncoding());
+  return encoding.text.c_str();
 }
 
 }  // namespace RQMEM_NAMESPACE

@@ -50,16 +50,20 @@ void Encoder::Write(std::u16string_view units, bool last, const ByteSink& sink) 
   fState.anyUnit = fState.anyUnit || !units.empty();
   if (!fState.anyUnit) return;  // where there is no text ICU would still write what stands before it
   if (fState.writesHalves) CountHalves(units);
-  const bool endsAsHz = last && ucnv_getType(&ConverterOf(fConverter)) == UCNV_HZ;
+  Convert(units, false, sink);
+  if (last) End(sink);
+}
+
+void Encoder::End(const ByteSink& sink) {
   const std::uint64_t before = fWatch->replaced;
-  Convert(units, last && !endsAsHz, sink);
-  if (endsAsHz) EndHz(sink);
-  // BOCU-1 writes halves, but replaces one at the end.
-  if (last && fState.lead != 0 && fWatch->replaced == before) NoteHalf(fState.lead);
+  if (ucnv_getType(&ConverterOf(fConverter)) == UCNV_HZ) EndHz(sink);
+  Convert({}, true, sink);
+  // The first half of a pair that stands last; BOCU-1 replaces that one alone, which has been counted.
+  if (fState.lead != 0 && fWatch->replaced == before) NoteHalf(fState.lead);
 }
 
 // ICU leaves HZ shifted, and drops the first half of a pair there. A character behind the text shows both: before it
-// stands what became of the half, and its own shift where the text is not shifted.
+// stands what became of the half, and its own shift where the text is not shifted. What the text lacks is written.
 void Encoder::EndHz(const ByteSink& sink) {
   constexpr std::string_view kCharacter = "VP";
   constexpr std::string_view kShift = "~{";
@@ -76,7 +80,6 @@ void Encoder::EndHz(const ByteSink& sink) {
   if (fWatch->replaced == 0) fWatch->first = probe.GetFirstReplaced();
   fWatch->replaced += probe.GetReplaced();
   sink(bytes);
-  Convert({}, true, sink);
 }
 
 bool Encoder::WritesHalves() const {

@@ -63,6 +63,7 @@ class Encoder {
   bool WritesHalves() const;
   void CountHalves(std::u16string_view units);
   void NoteHalf(char16_t half);
+  void End(const ByteSink& sink);
   void EndHz(const ByteSink& sink);
 
   std::unique_ptr<Watch> fWatch;  // the converter points at it

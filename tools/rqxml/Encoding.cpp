@@ -11,7 +11,7 @@ using RQMEM_NAMESPACE::QULTMBConverterHandle;
 QULTMBConverterHandle OpenEncoding(const std::string& name, const std::string& option) {
   QULTMBConverterHandle converter(RQMEM_NAMESPACE::QULTMBConverterNew_8(name.c_str()));
   if (converter && !name.empty()) return converter;
-  constexpr std::size_t kLongest = 59;
+  constexpr std::size_t kLongest = 59;  // of the names that the library takes
   throw Failure(ExitCode::WrongUsage,
                 {.what = (option.empty() ? "" : option + ": ") + "there is no encoding \"" + name + '"' +
                          (name.size() > kLongest ? ": a name has at most 59 bytes" : ""),
