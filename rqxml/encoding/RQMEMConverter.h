@@ -51,8 +51,8 @@ RQ_API void QULTMBConverterClose(void* converter);
 /// It belongs to the library and is valid until QULTMBSetDefaultConverter replaces it. Null when ICU cannot make it.
 RQ_API UConverter* QULTMBGetDefaultConverter();
 
-/// Replaces the default converter, and closes the old one.
-/// @param name a code-page number or encoding name, printable ASCII of at most 59 bytes; null: as before
+/// Replaces the default converter, and closes the old one. A null name makes a new one of the same encoding.
+/// @param name a code-page number or encoding name, printable ASCII of at most 59 bytes, which is not converted
 /// @return false when no such converter can be opened; nothing has changed then
 RQ_API bool QULTMBSetDefaultConverter(const char* name);
 

@@ -1,8 +1,9 @@
 #include <clocale>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
-#include <utility>
 
 #include "rqxml/encoding/RQMEMConverter.h"
 
@@ -25,13 +26,6 @@ std::string LocaleEncoding() {
   return point == nullptr ? "CP1252" : point + 1;
 }
 
-/// A text that is never destroyed: other static objects may ask for it in their destructors.
-union KeptText {
-  explicit KeptText(std::string kept) : text(std::move(kept)) {}
-  ~KeptText() {}
-  std::string text;
-};
-
 }  // namespace
 
 void EnableLocale() {
@@ -43,8 +37,10 @@ void EnableLocale() {
 }
 
 const char* SystemEncoding() {
-  static const KeptText encoding(LocaleEncoding());
-  return encoding.text.c_str();
+  // Never destroyed: other static objects may ask for it in their destructors.
+  alignas(std::string) static std::byte place[sizeof(std::string)];
+  static const std::string& encoding = *std::construct_at(reinterpret_cast<std::string*>(place), LocaleEncoding());
+  return encoding.c_str();
 }
 
 }  // namespace RQMEM_NAMESPACE

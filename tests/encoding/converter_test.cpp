@@ -169,7 +169,9 @@ TEST_F(Converter, DefaultConverterThatCannotBeOpenedChangesNothing) {
   const int before = QULTMBDefaultConverterID();
   const std::string longest = "UTF-8" + std::string(54, '-');
   const std::string tooLong = longest + "-";
-  for (const char* name : {"no such encoding", "", "12345", "UTF-8\xFF", tooLong.c_str()})
+  const std::string longNumber = std::string(60, '0') + "1252";
+  for (const char* name :
+       {"no such encoding", "", "12345", "UTF-8\xFF", "UTF-8\x7F", tooLong.c_str(), longNumber.c_str()})
     EXPECT_FALSE(QULTMBSetDefaultConverter(name)) << name;
   EXPECT_EQ(QULTMBGetDefaultConverter(), converter);
   EXPECT_EQ(QULTMBDefaultConverterID(), before);

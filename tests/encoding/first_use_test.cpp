@@ -138,6 +138,20 @@ TEST(FirstUse, SystemEncodingGoesOnBehindASecondPoint) {
             "UTF-8@variant.2");
 }
 
+struct AsksAtTheEnd {
+  ~AsksAtTheEnd() { std::fputs(SystemEncoding(), stderr); }
+};
+
+TEST(FirstUse, SystemEncodingIsThereForTheDestructorsOfStaticObjects) {
+  const auto work = [] {
+    static const AsksAtTheEnd asks;
+    UseTestLocale("de_DE.UTF-8@longer.than.a.string.itself");  // its memory would be released
+    SystemEncoding();
+    std::exit(0);
+  };
+  EXPECT_EXIT(work(), testing::ExitedWithCode(0), "^UTF-8@longer.than.a.string.itself$");
+}
+
 TEST(FirstUse, SystemEncodingOfALocaleWithoutPointIsCp1252) {
   EXPECT_EQ(InChild([] { return std::string(SystemEncoding()); }), "CP1252");
   EXPECT_EQ(InChild([] {

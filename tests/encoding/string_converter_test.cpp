@@ -209,8 +209,10 @@ TEST(ConverterCaseless, TakesACharacterThatIcuDropsAtTheEndForMalformedBytes) {
 }
 
 TEST(ConverterCaseless, TakesBytesThatIcuDoesNotTellForMalformedOnes) {
-  const std::tuple<const char*, std::string, std::string> rows[] = {
-      {"gsm-03.38-2009", "\xE3", "\xE4"}, {"gsm-03.38-2009", "x\x80", "x"}, {"BOCU-1", "\x24\x32\xC9", "\x24\x32\xC8"}};
+  const std::tuple<const char*, std::string, std::string> rows[] = {{"gsm-03.38-2009", "\xE3", "\xE4"},
+                                                                    {"gsm-03.38-2009", "x\x80", "x"},
+                                                                    {"BOCU-1", "\x24\x32\xC9", "\x24\x32\xC8"},
+                                                                    {"BOCU-1", "\x24\x32\xC9", "\x24\x33\xC9"}};
   for (const auto& [encoding, malformed, other] : rows) {
     ASSERT_TRUE(QULTMBSetDefaultConverter(encoding));
     int status = -1;
@@ -221,6 +223,7 @@ TEST(ConverterCaseless, TakesBytesThatIcuDoesNotTellForMalformedOnes) {
   }
   ASSERT_TRUE(QULTMBSetDefaultConverter("gsm-03.38-2009"));
   EXPECT_EQ(QULTMBqstricmp_C("\xE3\x42", -1, "\xE3\x62", -1, nullptr), 1);
+  EXPECT_EQ(QULTMBqstricmp_C("X\x80", -1, "x\x80", -1, nullptr), 1);
   QULTMBSetDefaultConverter("UTF-8");
 }
 

@@ -142,6 +142,19 @@ TEST_F(TranscodeBuffer, CutTextWithShiftStatesEndsInItsInitialState) {
   EXPECT_EQ(buffer.substr(0, 9), "\x1B$B$\"\x1B(B ");
 }
 
+// What is behind the cut is looked at in pieces; the last one may give nothing.
+TEST_F(TranscodeBuffer, CutTextEndsInItsInitialStateHoweverLongItGoesOn) {
+  const QULTMBConverterHandle mail(QULTMBConverterNew_8("ISO-2022-JP"));
+  for (std::size_t behind = 400; behind < 1200; ++behind) {
+    const std::string text = "\u3042\u3042\u3042" + std::string(behind, 'a') + "\u00ad";
+    std::string to(9, '#');
+    int status = -1;
+    const int length = static_cast<int>(text.size());
+    ASSERT_EQ(QULTMB8toCodePage(mail.Get(), to.data(), 9, text.data(), length, &status), 8) << behind;
+    ASSERT_EQ(to, "\x1B$B$\"\x1B(B ");
+  }
+}
+
 TEST_F(TranscodeBuffer, PairThatTheEncodingWritesInHalvesIsCutWhole) {
   const QULTMBConverterHandle cesu(QULTMBConverterNew_8("CESU-8"));
   char to[3];
